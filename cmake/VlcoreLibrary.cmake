@@ -1,0 +1,88 @@
+# The library: its generated sources, the object library that both the
+# shared library and the internal tests link, and the shared library itself.
+
+set(VLCORE_GEN ${CMAKE_BINARY_DIR}/generated)
+file(MAKE_DIRECTORY ${VLCORE_GEN})
+
+add_custom_command(
+  OUTPUT ${VLCORE_GEN}/string_table.inc ${VLCORE_GEN}/vlcore.rc
+  COMMAND ${CMAKE_COMMAND} -DSTRINGS=${PROJECT_SOURCE_DIR}/resources/strings.tsv
+          -DRC_IN=${PROJECT_SOURCE_DIR}/resources/vlcore.rc.in -DRC_OUT=${VLCORE_GEN}/vlcore.rc
+          -DINC_OUT=${VLCORE_GEN}/string_table.inc -P ${PROJECT_SOURCE_DIR}/cmake/GenerateResources.cmake
+  DEPENDS ${PROJECT_SOURCE_DIR}/resources/strings.tsv ${PROJECT_SOURCE_DIR}/resources/vlcore.rc.in
+          ${PROJECT_SOURCE_DIR}/cmake/GenerateResources.cmake
+  COMMENT "Generating the string table")
+
+# The memory block helpers are exported natively besides the entries.
+set(VLCORE_NATIVE_EXTRA_EXPORTS "vl_global_alloc,vl_global_lock,vl_global_unlock,vl_global_size,vl_global_free")
+add_custom_command(
+  OUTPUT ${VLCORE_GEN}/vlcore.def ${VLCORE_GEN}/vlcore.map
+  COMMAND ${CMAKE_COMMAND} -DLIST=${PROJECT_SOURCE_DIR}/src/frame/exports.txt -DDEF_OUT=${VLCORE_GEN}/vlcore.def
+          -DMAP_OUT=${VLCORE_GEN}/vlcore.map -DEXTRA=${VLCORE_NATIVE_EXTRA_EXPORTS}
+          -P ${PROJECT_SOURCE_DIR}/cmake/GenerateExports.cmake
+  DEPENDS ${PROJECT_SOURCE_DIR}/src/frame/exports.txt ${PROJECT_SOURCE_DIR}/cmake/GenerateExports.cmake
+  COMMENT "Generating the export list")
+add_custom_target(vlcore_generated DEPENDS ${VLCORE_GEN}/string_table.inc ${VLCORE_GEN}/vlcore.rc
+                                           ${VLCORE_GEN}/vlcore.def ${VLCORE_GEN}/vlcore.map)
+
+set(VLCORE_SOURCES
+  src/datetime/regional.cpp
+  src/frame/main.cpp
+  src/platform/common.cpp
+  src/text/bracket.cpp
+  src/text/edit.cpp
+  src/text/numparse.cpp
+  src/text/search.cpp
+  src/text/tokens.cpp)
+
+if(WIN32)
+  list(APPEND VLCORE_SOURCES
+    src/platform/win32/dllmain.cpp
+    src/platform/win32/memory.cpp
+    src/platform/win32/profile.cpp
+    src/platform/win32/strings.cpp
+    src/platform/win32/system.cpp
+    src/platform/win32/text.cpp
+    src/script/window_class.cpp)
+else()
+  list(APPEND VLCORE_SOURCES
+    src/platform/posix/load.cpp
+    src/platform/posix/memory.cpp
+    src/platform/posix/profile.cpp
+    src/platform/posix/strings.cpp
+    src/platform/posix/system.cpp
+    src/platform/posix/text.cpp)
+endif()
+
+if(WIN32)
+  enable_language(RC)
+endif()
+
+add_library(vlcore_objects OBJECT ${VLCORE_SOURCES})
+add_dependencies(vlcore_objects vlcore_generated)
+target_include_directories(vlcore_objects PUBLIC include src ${VLCORE_GEN})
+if(WIN32)
+  target_compile_definitions(vlcore_objects PUBLIC WIN32_LEAN_AND_MEAN NOMINMAX)
+  target_link_libraries(vlcore_objects PUBLIC user32 gdi32 comdlg32)
+else()
+  target_link_libraries(vlcore_objects PUBLIC ${CMAKE_DL_LIBS})
+endif()
+
+add_library(vlcore SHARED $<TARGET_OBJECTS:vlcore_objects>)
+target_include_directories(vlcore PUBLIC include)
+add_dependencies(vlcore vlcore_generated)
+if(WIN32)
+  target_sources(vlcore PRIVATE ${VLCORE_GEN}/vlcore.def ${VLCORE_GEN}/vlcore.rc)
+  set_target_properties(vlcore PROPERTIES OUTPUT_NAME VLCORE PREFIX "")
+  # One self-contained DLL: the host ships no compiler runtime.
+  target_link_options(vlcore PRIVATE -static -static-libgcc -static-libstdc++)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # WINAPI entries keep their plain names.
+    target_link_options(vlcore PRIVATE -Wl,--kill-at)
+  endif()
+  target_link_libraries(vlcore PRIVATE user32 gdi32 comdlg32)
+else()
+  set_target_properties(vlcore PROPERTIES OUTPUT_NAME vlcore LINK_DEPENDS ${VLCORE_GEN}/vlcore.map)
+  target_link_options(vlcore PRIVATE -Wl,--version-script=${VLCORE_GEN}/vlcore.map -Wl,--no-undefined)
+  target_link_libraries(vlcore PRIVATE ${CMAKE_DL_LIBS})
+endif()

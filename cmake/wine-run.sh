@@ -1,0 +1,18 @@
+#!/bin/sh
+# Runs a Windows test program under Wine in the project's own prefix,
+# creating the prefix on first use.  Several tests may start at once, so
+# the creation is serialised.
+set -e
+WINEPREFIX=${VLCORE_WINEPREFIX:-${HOME:-/tmp}/.vlcore-wine}
+WINEDEBUG=${WINEDEBUG:--all}
+export WINEPREFIX WINEDEBUG
+WINE=${VLCORE_WINE:-/usr/lib/wine/wine64}
+if [ ! -f "$WINEPREFIX/system.reg" ]; then
+  mkdir -p "$(dirname "$WINEPREFIX")"
+  (
+    flock 9
+    [ -f "$WINEPREFIX/system.reg" ] || "$WINE" wineboot -i >/dev/null 2>&1 || true
+    wineserver -w 2>/dev/null || true
+  ) 9>"$WINEPREFIX.lock"
+fi
+exec "$WINE" "$@"

@@ -1,0 +1,32 @@
+// What passes between the library and the host application: the message
+// numbers the library sends, the script texts it sends, and the shape of a
+// host callback.  The numbers and texts are part of the interface; the host
+// depends on them as they stand.
+#pragma once
+
+#include <cstdint>
+
+#include "vlcore.h"
+
+namespace vl::host {
+
+constexpr uint32_t kWmUser = 1024;
+
+// Messages the library sends to the host.
+constexpr uint32_t SWM_EXECUTE = kWmUser;         // second value: script text, good during the call
+constexpr uint32_t SWM_QUERYSAVE = kWmUser + 11;  // non-zero answer: ask the user nothing
+constexpr uint32_t SWM_CLOSED = kWmUser + 15;     // the script window is going away
+constexpr uint32_t FDM_OPTION = 4100;             // first value: command text
+constexpr uint32_t FDM_PATHQUERY = 4143;          // first: caller's path buffer, second: extension key
+
+// Script lines the library hands to the host's interpreter.
+inline constexpr const char kTypeName[] = "type %s";
+inline constexpr const char kStatusType[] = "ty -q ";
+inline constexpr const char kScriptOpen[] = "Run.Section(File.VLX,ScriptOpen);";
+inline constexpr const char kScriptSaveAs[] = "Run.Section(File.VLX,ScriptSaveAs);";
+inline constexpr const char kWorksheetEditAscii[] = "worksheet -edit ascii";
+
+// A host function: window, message, first value, second value.
+using HostProc = VL_HOSTPROC;
+
+}  // namespace vl::host
