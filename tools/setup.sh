@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Installs what building and testing VLCORE needs on a fresh Debian machine:
+# compilers, CMake, GoogleTest, Google Benchmark, clang with libFuzzer, the
+# mingw-w64 cross compilers, Wine and a virtual X server.  Installs only
+# what is missing, so a second run costs nothing.
+set -euo pipefail
+
+packages=(
+  build-essential cmake git
+  googletest libgtest-dev libbenchmark-dev
+  clang libclang-rt-14-dev
+  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64-x86-64 binutils-mingw-w64-i686
+  wine64 xvfb xauth
+)
+
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+if ((${#missing[@]})); then
+  echo "setup: installing ${missing[*]}"
+  sudo=""
+  [ "$(id -u)" -eq 0 ] || sudo="sudo"
+  $sudo apt-get update -q
+  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -q --no-install-recommends "${missing[@]}"
+fi

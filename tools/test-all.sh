@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Builds every target and runs every test:
+#   native       libvlcore.so, tests, tool, benchmarks (built, not timed here)
+#   native-asan  the tests again under AddressSanitizer and UBSan
+#   win64        VLCORE.dll for x86_64, the same tests under Wine (Xvfb)
+#   win32        VLCORE.dll for i686, built, linked and its export table checked
+#   fuzz         each libFuzzer target for a short bounded time
+# Set FUZZ_SECONDS to change the time of each fuzz target (default 20).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+tools/setup.sh
+
+jobs=2
+fuzz_seconds=${FUZZ_SECONDS:-20}
+step() { printf '\n=== %s ===\n' "$*"; }
+
+for preset in native native-asan win64 win32 fuzz; do
+  step "configure and build: $preset"
+  cmake --preset "$preset" >/dev/null
+  cmake --build --preset "$preset" -j "$jobs"
+done
+
+step "tests: native"
+ctest --preset native
+step "tests: native-asan"
+ctest --preset native-asan
+step "tests: win64 under Wine"
+xvfb-run -a ctest --preset win64
+step "tests: win32 (export table)"
+ctest --preset win32
+
+step "fuzz: ${fuzz_seconds}s per target"
+for target in build/fuzz/fuzz_*; do
+  [ -x "$target" ] || continue
+  name=$(basename "$target")
+  corpus=$(mktemp -d)
+  [ -d "fuzz/corpus/$name" ] && cp -r "fuzz/corpus/$name/." "$corpus/"
+  "$target" -max_total_time="$fuzz_seconds" -max_len=512 -print_final_stats=0 "$corpus" 2>&1 | tail -n 1
+  rm -rf "$corpus"
+done
+
+printf '\nAll builds and tests passed.\n'
