@@ -66,44 +66,69 @@ TEST(Main, FileCallbackCanBeSetReplacedAndCleared) {
     EXPECT_EQ(call_main(0, 0, kCallback), 0u);
 }
 
-#ifndef _WIN32
-// Natively the system profile is the file VLCORE_PROFILE names, so the
-// language flag can be driven from a test.
+// The language flag follows the system profile's "intl" language.  Natively
+// the system profile is the file VLCORE_PROFILE names; on Windows it is the
+// real one, changed for the test and put back afterwards.
 class LanguageFlag : public ::testing::Test {
   protected:
+#ifdef _WIN32
+    void SetUp() override {
+        had_ = GetProfileStringA("intl", "sLanguage", "", saved_, sizeof saved_) > 0;
+    }
+    void TearDown() override {
+        WriteProfileStringA("intl", "sLanguage", had_ ? saved_ : nullptr);
+        call_main(0, 0, kSettingsChanged);
+    }
+    void set_language(const char* value) { WriteProfileStringA("intl", "sLanguage", value); }
+    void restore_default() { WriteProfileStringA("intl", "sLanguage", "ENU"); }
+    char saved_[64] = {};
+    bool had_ = false;
+#else
     void TearDown() override {
         unsetenv("VLCORE_PROFILE");
         call_main(0, 0, kSettingsChanged);
         std::remove(path_.c_str());
     }
-    void set_language(const char* line) {
-        std::ofstream(path_) << "[intl]\n" << line << "\n";
+    void set_language(const char* value) {
+        std::ofstream file(path_);
+        file << "[intl]\niDate=1\n";
+        if (value) file << "sLanguage=" << value << "\n";
+        file.close();
         setenv("VLCORE_PROFILE", path_.c_str(), 1);
     }
+    void restore_default() { unsetenv("VLCORE_PROFILE"); }
     std::string path_ = ::testing::TempDir() + "vlcore_main_test.ini";
+#endif
 };
 
-TEST_F(LanguageFlag, FollowsTheRegionalLanguage) {
+TEST_F(LanguageFlag, FollowsTheRegionalLanguageAfterAReload) {
     const struct {
-        const char* line;
+        const char* language;  // null: no such key
         uint32_t reload;
         uintptr_t flag;
     } cases[] = {
-        {"sLanguage=HUN", kSettingsChanged, 1}, {"sLanguage=hun", kSettingsChanged, 1},
-        {"sLanguage=ENU", kSettingsChanged, 0}, {"sLanguage=h", kStart, 1},
-        {"iDate=1", kSettingsChanged, 0},       {"sLanguage= Hrv ", kSettingsChanged, 1},
+        {"HUN", kSettingsChanged, 1}, {"hun", kSettingsChanged, 1}, {"ENU", kSettingsChanged, 0},
+        {"h", kStart, 1},             {nullptr, kSettingsChanged, 0}, {"Hrv", kStart, 1},
+        {"DEU", kStart, 0},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.line);
-        set_language(c.line);
+        SCOPED_TRACE(c.language ? c.language : "(no key)");
+        set_language(c.language);
         EXPECT_EQ(call_main(6000, 0, kLanguage), 0u) << "nothing changes before the reload";
         call_main(6000, 0, c.reload);
         EXPECT_EQ(call_main(6000, 0, kLanguage), c.flag);
-        unsetenv("VLCORE_PROFILE");
+        restore_default();
         call_main(6000, 0, kSettingsChanged);
-        EXPECT_EQ(call_main(6000, 0, kLanguage), 0u) << "default language E";
+        EXPECT_EQ(call_main(6000, 0, kLanguage), 0u);
     }
 }
-#endif
+
+TEST_F(LanguageFlag, AVersionAboveTheBoundReloadsNothing) {
+    set_language("HUN");
+    EXPECT_EQ(call_main(6101, 0, kStart), 0u);
+    EXPECT_EQ(call_main(6000, 0, kLanguage), 0u);
+    EXPECT_EQ(call_main(6100, 0, kStart), 3783u);
+    EXPECT_EQ(call_main(6000, 0, kLanguage), 1u);
+}
 
 }  // namespace
