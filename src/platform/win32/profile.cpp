@@ -2,8 +2,12 @@
 // convention.  A relative file name is passed through unchanged, so Windows
 // looks for it in the Windows directory, as callers of these calls expect.
 
+#ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
+#endif
+#ifndef NOMINMAX
 #define NOMINMAX
+#endif
 #include <windows.h>
 
 #include <algorithm>
@@ -13,9 +17,7 @@
 namespace vl::platform {
 namespace {
 
-DWORD capacity(std::span<char> out) {
-    return static_cast<DWORD>(std::min<std::size_t>(out.size(), MAXDWORD));
-}
+DWORD capacity(std::span<char> out) { return static_cast<DWORD>(std::min<std::size_t>(out.size(), MAXDWORD)); }
 
 }  // namespace
 
