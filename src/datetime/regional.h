@@ -9,9 +9,9 @@
 namespace vl::datetime {
 
 struct RegionalDateTables {
-    int32_t date_order = 0;       // iDate: 1 means day first
-    int32_t language_flag = 0;    // 1 when the language name begins with "H"
-    char language[25] = "E";      // sLanguage, upper-cased
+    int32_t date_order = 0;     // iDate: 1 means day first
+    int32_t language_flag = 0;  // 1 when the language name begins with "H"
+    char language[25] = "E";    // sLanguage, upper-cased
     char date_separator[10] = "/";
 };
 extern RegionalDateTables regional_date_tables;

@@ -35,7 +35,8 @@ double read_part(const char* digits, Part part) noexcept {
     if (len <= kShortPart) {
         const int32_t n = KELUTIL_str2int(digits);
         if (number_error_flag) return 0.0;
-        return part == Part::integer ? static_cast<double>(n) : static_cast<double>(n) / pow10(static_cast<int32_t>(len));
+        return part == Part::integer ? static_cast<double>(n)
+                                     : static_cast<double>(n) / pow10(static_cast<int32_t>(len));
     }
     double sum = 0.0;
     for (std::size_t i = 0; i < len; ++i) {

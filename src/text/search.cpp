@@ -101,7 +101,8 @@ extern "C" {
 char* VLAPI KELUTIL_strchr(const char* text, int32_t ch, uint32_t flags) {
     if (!text) return nullptr;
     const Sought sought(ch, flags & VL_STRCHR_UPPER);
-    const char* hit = (flags & VL_STRCHR_PLAIN) ? plain_search(text, sought, flags) : bracket_aware_search(text, sought);
+    const char* hit =
+        (flags & VL_STRCHR_PLAIN) ? plain_search(text, sought, flags) : bracket_aware_search(text, sought);
     return const_cast<char*>(hit);
 }
 

@@ -72,8 +72,7 @@ char* VLAPI KELUTIL_next_token(char* token, const char* text) {
                     ++p;
                     break;
                 }
-                const bool exponent =
-                    n >= 2 && (token[n - 1] == 'e' || token[n - 1] == 'E') && is_digit(token[n - 2]);
+                const bool exponent = n >= 2 && (token[n - 1] == 'e' || token[n - 1] == 'E') && is_digit(token[n - 2]);
                 if (!exponent) break;
                 token[n++] = c;
                 ++p;

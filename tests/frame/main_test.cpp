@@ -9,8 +9,7 @@
 
 namespace {
 
-constexpr uint32_t kStart = 0, kEnd = 1, kSettingsChanged = 2, kQuery = 3, kLanguage = 4, kModule = 5,
-                   kCallback = 6;
+constexpr uint32_t kStart = 0, kEnd = 1, kSettingsChanged = 2, kQuery = 3, kLanguage = 4, kModule = 5, kCallback = 6;
 
 uintptr_t call_main(uint32_t version, intptr_t value, uint32_t operation) {
     return KELUTIL_Main(nullptr, version, value, operation);
@@ -21,7 +20,8 @@ TEST(Main, VersionBoundIsInclusive) {
         uint32_t version;
         uintptr_t answer;
     } cases[] = {
-        {0, 3783}, {6100, 3783}, {6101, 0}, {0xFFFF, 0}, {0x10000 + 6100, 3783}, {0xFFFF0000u, 3783}, {0x10000 + 6101, 0},
+        {0, 3783},           {6100, 3783},        {6101, 0}, {0xFFFF, 0}, {0x10000 + 6100, 3783},
+        {0xFFFF0000u, 3783}, {0x10000 + 6101, 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE("version " + std::to_string(c.version));
@@ -72,9 +72,7 @@ TEST(Main, FileCallbackCanBeSetReplacedAndCleared) {
 class LanguageFlag : public ::testing::Test {
   protected:
 #ifdef _WIN32
-    void SetUp() override {
-        had_ = GetProfileStringA("intl", "sLanguage", "", saved_, sizeof saved_) > 0;
-    }
+    void SetUp() override { had_ = GetProfileStringA("intl", "sLanguage", "", saved_, sizeof saved_) > 0; }
     void TearDown() override {
         WriteProfileStringA("intl", "sLanguage", had_ ? saved_ : nullptr);
         call_main(0, 0, kSettingsChanged);
@@ -107,9 +105,8 @@ TEST_F(LanguageFlag, FollowsTheRegionalLanguageAfterAReload) {
         uint32_t reload;
         uintptr_t flag;
     } cases[] = {
-        {"HUN", kSettingsChanged, 1}, {"hun", kSettingsChanged, 1}, {"ENU", kSettingsChanged, 0},
-        {"h", kStart, 1},             {nullptr, kSettingsChanged, 0}, {"Hrv", kStart, 1},
-        {"DEU", kStart, 0},
+        {"HUN", kSettingsChanged, 1},   {"hun", kSettingsChanged, 1}, {"ENU", kSettingsChanged, 0}, {"h", kStart, 1},
+        {nullptr, kSettingsChanged, 0}, {"Hrv", kStart, 1},           {"DEU", kStart, 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.language ? c.language : "(no key)");

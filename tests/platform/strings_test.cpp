@@ -16,9 +16,15 @@ TEST(StringTable, KnownIdsAndTruncation) {
         int32_t length;
         const char* text;
     } cases[] = {
-        {201, 64, 11, "Jan January"}, {212, 64, 12, "Dec December"}, {307, 64, 8, "Saturday"},
-        {301, 7, 6, "Sunday"},        {301, 6, 5, "Sunda"},          {301, 2, 1, "S"},
-        {213, 64, 0, ""},             {0, 64, 0, ""},                {300, 64, 0, ""},
+        {201, 64, 11, "Jan January"},
+        {212, 64, 12, "Dec December"},
+        {307, 64, 8, "Saturday"},
+        {301, 7, 6, "Sunday"},
+        {301, 6, 5, "Sunda"},
+        {301, 2, 1, "S"},
+        {213, 64, 0, ""},
+        {0, 64, 0, ""},
+        {300, 64, 0, ""},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE("id " + std::to_string(c.id) + " size " + std::to_string(c.size));

@@ -117,7 +117,7 @@ TEST(FindString, Table) {
         const char* name;
         uint16_t id;
     } cases[] = {
-        {"ADDCOL", 1}, {"COL", 0x2001}, {"JOIN", 7}, {"WIDE", 0x2345}, {"col", 32764},
+        {"ADDCOL", 1}, {"COL", 0x2001}, {"JOIN", 7}, {"WIDE", 0x2345},  {"col", 32764},
         {"CO", 32764}, {"COLS", 32764}, {"", 32764}, {"HIDDEN", 32764},
     };
     for (const auto& c : cases) {

@@ -80,12 +80,8 @@ TEST(NextToken, LoopOverALineStepsOverSemicolons) {
 
 TEST(NextWord, StopsOnlyAtWhiteSpace) {
     const TokenCase cases[] = {
-        {"abc def", "abc", "def"},
-        {"  a+b(c d) e", "a+b(c", "d) e"},
-        {"\"a b\"", "\"a", "b\""},
-        {"", "", ""},
-        {" \t ", "", ""},
-        {"x;y\n\nz", "x;y", "z"},
+        {"abc def", "abc", "def"}, {"  a+b(c d) e", "a+b(c", "d) e"}, {"\"a b\"", "\"a", "b\""}, {"", "", ""},
+        {" \t ", "", ""},          {"x;y\n\nz", "x;y", "z"},
     };
     for (const auto& c : cases) check_token(c, KELUTIL_next_word);
 }
@@ -99,14 +95,9 @@ struct SepCase {
 
 TEST(TokenSep, FirstSeparatorOfTheSetWins) {
     const SepCase cases[] = {
-        {"a;b,c", ",;", "a;b", "c"},
-        {"a;b,c", ";,", "a", "b,c"},
-        {"key=value", "=", "key", "value"},
-        {"=x", "=", "", "x"},
-        {"abc", ",", nullptr, nullptr},
-        {"", ",", nullptr, nullptr},
-        {"a,b", "", nullptr, nullptr},
-        {"trail,", ",", "trail", ""},
+        {"a;b,c", ",;", "a;b", "c"},   {"a;b,c", ";,", "a", "b,c"},    {"key=value", "=", "key", "value"},
+        {"=x", "=", "", "x"},          {"abc", ",", nullptr, nullptr}, {"", ",", nullptr, nullptr},
+        {"a,b", "", nullptr, nullptr}, {"trail,", ",", "trail", ""},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string("text <") + c.text + "> separators <" + c.separators + ">");

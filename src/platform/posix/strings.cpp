@@ -23,7 +23,8 @@ constexpr StringEntry kStrings[] = {
 
 int32_t load_string(uint32_t id, std::span<char> out) {
     if (out.empty()) return 0;
-    const auto* it = std::find_if(std::begin(kStrings), std::end(kStrings), [id](const StringEntry& e) { return e.id == id; });
+    const auto* it =
+        std::find_if(std::begin(kStrings), std::end(kStrings), [id](const StringEntry& e) { return e.id == id; });
     if (it == std::end(kStrings)) {
         out[0] = '\0';
         return 0;

@@ -14,10 +14,10 @@ constexpr std::array<unsigned char, 256> make_upper_table() {
     for (int c = 'a'; c <= 'z'; ++c) t[c] = static_cast<unsigned char>(c - 32);
     for (int c = 0xE0; c <= 0xFE; ++c)
         if (c != 0xF7) t[c] = static_cast<unsigned char>(c - 32);  // 0xF7 is the division sign
-    t[0x9A] = 0x8A;  // s caron
-    t[0x9C] = 0x8C;  // oe ligature
-    t[0x9E] = 0x8E;  // z caron
-    t[0xFF] = 0x9F;  // y diaeresis
+    t[0x9A] = 0x8A;                                                // s caron
+    t[0x9C] = 0x8C;                                                // oe ligature
+    t[0x9E] = 0x8E;                                                // z caron
+    t[0xFF] = 0x9F;                                                // y diaeresis
     return t;
 }
 constexpr auto kUpper = make_upper_table();

@@ -1,7 +1,7 @@
 // The clock on Windows.
 
-#include <windows.h>
 #include <sys/timeb.h>
+#include <windows.h>
 
 #include "platform/platform.h"
 
