@@ -72,13 +72,28 @@ add_library(vlcore SHARED $<TARGET_OBJECTS:vlcore_objects>)
 target_include_directories(vlcore PUBLIC include)
 add_dependencies(vlcore vlcore_generated)
 if(WIN32)
-  target_sources(vlcore PRIVATE ${VLCORE_GEN}/vlcore.def ${VLCORE_GEN}/vlcore.rc)
+  target_sources(vlcore PRIVATE ${VLCORE_GEN}/vlcore.rc)
   set_target_properties(vlcore PROPERTIES OUTPUT_NAME VLCORE PREFIX "")
   # One self-contained DLL: the host ships no compiler runtime.
   target_link_options(vlcore PRIVATE -static -static-libgcc -static-libstdc++)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)
-    # WINAPI entries keep their plain names.
-    target_link_options(vlcore PRIVATE -Wl,--kill-at -Wl,--enable-stdcall-fixup)
+    # WINAPI entries are exported under their plain names; the .def with
+    # the decorated names is made from the objects just before the link.
+    set(def_i686 ${VLCORE_GEN}/vlcore_i686.def)
+    add_custom_command(TARGET vlcore PRE_LINK
+      COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DLIST=${PROJECT_SOURCE_DIR}/src/frame/exports.txt
+              -DDEF_OUT=${def_i686} "-DOBJECTS=$<JOIN:$<TARGET_OBJECTS:vlcore_objects>,|>"
+              -P ${PROJECT_SOURCE_DIR}/cmake/DecorateExports.cmake
+      VERBATIM)
+    target_link_options(vlcore PRIVATE ${def_i686} -Wl,--kill-at)
+    # The linker's own import library loses the decoration with --kill-at;
+    # dlltool keeps the decorated symbols and imports by the plain names.
+    add_custom_command(TARGET vlcore POST_BUILD
+      COMMAND ${CMAKE_DLLTOOL} -d ${def_i686} -l $<TARGET_LINKER_FILE:vlcore> -k -D VLCORE.dll
+      VERBATIM)
+    set_target_properties(vlcore PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/src/frame/exports.txt)
+  else()
+    target_sources(vlcore PRIVATE ${VLCORE_GEN}/vlcore.def)
   endif()
   target_link_libraries(vlcore PRIVATE user32 gdi32 comdlg32)
 else()

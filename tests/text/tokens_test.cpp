@@ -16,7 +16,7 @@ struct TokenCase {
 };
 
 // Each token buffer is exactly strlen(text)+1 long: the promised room.
-void check_token(const TokenCase& c, char* (*entry)(char*, const char*)) {
+void check_token(const TokenCase& c, char*(VLAPI* entry)(char*, const char*)) {
     SCOPED_TRACE(std::string("text <") + c.text + ">");
     Poisoned token(std::strlen(c.text) + 1);
     const char* rest = entry(token.data(), c.text);
