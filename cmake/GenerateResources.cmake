@@ -17,6 +17,9 @@ foreach(line IN LISTS lines)
   string(REPLACE "\"" "\"\"" rc_text "${text}")
   string(REPLACE "\\" "\\\\" c_text "${text}")
   string(REPLACE "\"" "\\\"" c_text "${c_text}")
+  # A backslash and n stands for a line break (a row can't hold one); the
+  # resource compiler reads the same escape itself.
+  string(REPLACE "\\\\n" "\\n" c_text "${c_text}")
   string(APPEND rc_rows "    ${id}, \"${rc_text}\"\n")
   string(APPEND inc_rows "    {${id}, \"${c_text}\"},\n")
 endforeach()

@@ -26,18 +26,58 @@ add_custom_target(vlcore_generated DEPENDS ${VLCORE_GEN}/string_table.inc ${VLCO
                                            ${VLCORE_GEN}/vlcore.def ${VLCORE_GEN}/vlcore.map)
 
 set(VLCORE_SOURCES
+  src/data/data_state.cpp
+  src/data/file_io.cpp
+  src/data/file_wrappers.cpp
+  src/data/memobject.cpp
+  src/data/multiline.cpp
+  src/data/names.cpp
+  src/data/package.cpp
+  src/data/rawmem.cpp
+  src/data/section_entry.cpp
+  src/data/section_file.cpp
+  src/data/section_filename.cpp
+  src/data/section_mem.cpp
+  src/datetime/calendar.cpp
+  src/datetime/cvtdouble.cpp
+  src/datetime/date2str.cpp
+  src/datetime/date_core.cpp
   src/datetime/regional.cpp
+  src/datetime/state.cpp
+  src/datetime/step_units.cpp
+  src/datetime/time_text.cpp
   src/frame/main.cpp
+  src/math/distributions.cpp
+  src/math/expressions.cpp
+  src/math/function_table.cpp
+  src/math/inverse.cpp
+  src/math/normal.cpp
+  src/math/quality.cpp
+  src/math/random.cpp
+  src/math/small_functions.cpp
+  src/math/sort.cpp
+  src/math/special.cpp
+  src/math/state.cpp
   src/platform/common.cpp
   src/text/bracket.cpp
   src/text/edit.cpp
   src/text/numparse.cpp
   src/text/search.cpp
   src/text/tokens.cpp)
+# Number formatting and format-directed output.
+list(APPEND VLCORE_SOURCES
+  src/text/digits.cpp
+  src/text/format_output.cpp
+  src/text/format_text.cpp
+  src/text/real2str.cpp)
 
 if(WIN32)
   list(APPEND VLCORE_SOURCES
+    src/platform/win32/bessel.cpp
+    src/data/names_window_win32.cpp
+    src/platform/win32/clock.cpp
     src/platform/win32/dllmain.cpp
+    src/platform/win32/files.cpp
     src/platform/win32/memory.cpp
     src/platform/win32/profile.cpp
     src/platform/win32/strings.cpp
@@ -46,6 +86,10 @@ if(WIN32)
     src/script/window_class.cpp)
 else()
   list(APPEND VLCORE_SOURCES
+    src/platform/posix/bessel.cpp
+    src/data/names_window_posix.cpp
+    src/platform/posix/files.cpp
+    src/platform/posix/clock.cpp
     src/platform/posix/load.cpp
     src/platform/posix/memory.cpp
     src/platform/posix/profile.cpp

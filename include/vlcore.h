@@ -165,6 +165,416 @@ int32_t VLAPI KELUTIL_cvtstr2real(char *text, double *out);
 int32_t VLAPI KELUTIL_hexstr2int(char *text);
 
 /* ------------------------------------------------------------------------
+ * Mathematics
+ *
+ * Failure of the mathematical routines is a process-wide flag that only
+ * KelMath_function clears (on entry) and returns; the other entries show a
+ * failure by their documented failure value.  Results of the special
+ * functions are good to about seven significant figures.
+ * --------------------------------------------------------------------- */
+
+/* Operations of KelMath_function (low 16 bits of `code`). */
+#define VL_MATH_FIND 0         /* input: name (upper case); output: uint16_t row; answers the argument count or 0 */
+#define VL_MATH_EVAL 1         /* code = row << 16 | 1; input: double or doubles; output: double; answers the flag */
+#define VL_MATH_SEED 10        /* input: double seed; answers 1 when it truncates to 0 or below */
+#define VL_MATH_UNIFORM 11     /* output: double in [0, 1) */
+#define VL_MATH_NORMAL 12      /* output: double, standard normal */
+#define VL_MATH_POISSON 15     /* input: double mean; output: double, a whole number */
+#define VL_MATH_CUM_GAUSS 20   /* input/output: double */
+#define VL_MATH_GAUSS_INV 21   /* input/output: double */
+#define VL_MATH_TABLE_SIZE 25  /* output: double, 44.0 (the end row included) */
+#define VL_MATH_SHOW_NAME 26   /* input: double row, replaced by its argument count; output: text */
+#define VL_MATH_NAME 27        /* as 26 */
+#define VL_MATH_HELP 28        /* input: double row; output: text of at least 266 bytes */
+#define VL_MATH_PREC 100       /* input: two doubles x, p; output: double */
+/* Angle units (low 16 bits of `unit`, read by VL_MATH_EVAL only); any other
+ * value means radians. */
+#define VL_MATH_DEGREES 1
+#define VL_MATH_GRADS 2
+
+/* The named function table: find, evaluate, list and describe its rows, and
+ * reach the generators.  `reserved` is ignored.  Any other operation
+ * answers the low 16 bits of `code`.
+ * Beyond the table's own rules: a row number outside the table fails
+ * (VL_MATH_EVAL: 0.0 and 1; 26 to 28: empty text, argument count 0);
+ * ROUND whose scaled value leaves the 32-bit range gives 0.0 and MOD with
+ * an argument outside that range gives 1.0, both with the flag set; a
+ * double that is NaN or outside the 32-bit range truncates to -2147483648
+ * wherever an integer is taken from it. */
+int32_t VLAPI KelMath_function(int32_t reserved, uint32_t code, void *input, void *output, uint32_t unit);
+
+/* Gamma, beta and error functions. */
+double VLAPI gammln_export(double x);                                    /* ln gamma(x); 0.0 for x <= 0 */
+int32_t VLAPI ln_gamma_export_ptr(double x, double *out);                /* always 0 */
+double VLAPI error_func_export(double x);                                /* erf(x) */
+int32_t VLAPI error_func_export_ptr(double *value);                      /* *value = erf(*value); 0 */
+double VLAPI incomp_beta_export(const double *x_a_b);                    /* I_x(a, b); 0.0 on failure */
+int32_t VLAPI incomp_beta_export_ptr(const double *x_a_b, double *out);  /* always 0 */
+/* Upper tail of chi-square with df degrees of freedom at x; 1.0 for x < 0 or
+ * df <= 0.  Always 0. */
+int32_t VLAPI chisquare_prob_Q_export_ptr(double *out, double x, double df);
+/* Binomial coefficient n over k, rounded; arguments are not checked. */
+int32_t VLAPI bico_export_ptr(int32_t n, int32_t k, double *out);
+
+/* Distributions and their inverses.  The `_ptr` forms answer 0 and hand the
+ * value over through `out`, unless noted. */
+double VLAPI t_dist_export(const double *p_n);           /* t with P(T <= t) = p, |t| <= 636 */
+int32_t VLAPI t_dist_export_ptr(const double *p_n, double *out);
+/* f with P(F <= f) = p for m and n degrees of freedom.  0.0 on failure: n or
+ * m not above 0, p outside 0 to 1, or no convergence within 1000 Newton
+ * rounds. */
+double VLAPI F_dist_export(const double *p_m_n);
+int32_t VLAPI F_dist_export_ptr(const double *p_m_n, double *out);
+/* x with P(chi-square <= x) = p for df degrees of freedom, found by Newton's
+ * method from 2.0.  When that search strays into a tail (always so with
+ * many degrees of freedom) it is run again from the Wilson-Hilferty
+ * approximation; -1.0 when neither settles within 80 rounds, so a result
+ * other than -1.0 always meets the tolerance. */
+double VLAPI Chisqr_dist_export(const double *p_df);
+int32_t VLAPI Chisqr_dist_export_ptr(const double *p_df, double *out);
+double VLAPI cum_gauss_export(double x);                 /* erf(x / sqrt 2), -1 to 1 */
+int32_t VLAPI norm_prob_export_ptr(double x, double *out);
+double VLAPI gauss_inv_export(double p);                 /* normal quantile; 0.0 on failure */
+double VLAPI inv_prob_export(double y);                  /* inverse of cum_gauss; 0.0 on failure */
+int32_t VLAPI inv_prob_export_ptr(double y, double *out);
+double VLAPI inv_erf_export(double y);                   /* inverse of erf; 0.0 on failure */
+/* height * exp(-t^2), t = ln(x / center) / (width * sqrt 2).  Answers 1 with
+ * VL_MISSING_VALUE in *out when x, center or width is not above 0. */
+int32_t VLAPI lognorm_prob_export_ptr(double x, double center, double width, double height, double *out);
+/* height * P(K = trunc k) for a Poisson mean.  Answers 1 (out untouched)
+ * when mean is not above 0; 0.0 for k < 0. */
+int32_t VLAPI poisson_prob_ptr(double k, double mean, double height, double *out);
+/* x_y_out[2] = direction of (x_y_out[0], x_y_out[1]) in radians, 0 to 2 pi
+ * (straight down is -pi/2).  Answers 1 good, 0 for (0, 0) with -1.0. */
+int32_t VLAPI angle_export_ptr(double *x_y_out);
+
+/* Random deviates from the one process-wide generator.  A negative *idum
+ * restarts it from that seed and is set to 1.  A restart from a value
+ * above 54773 (or a seed above 2147428874) leaves the generator in a state
+ * that draws values below 0: a failed draw gives -1.0, the normal deviate
+ * gives 0.0 and the Poisson deviate -1.0, until the next good restart. */
+double VLAPI ran1_export(int32_t *idum);                       /* uniform in [0, 1) */
+double VLAPI gasdevex_export(int32_t *idum, uint32_t reset);   /* bit 0 of reset drops the spare deviate, gives 0.0 */
+int32_t VLAPI ran1_dev_export_ptr(int32_t seed, double *out);  /* the seed is copied, never changed; 0 */
+int32_t VLAPI norm_dev_export_ptr(int32_t seed, double *out);  /* as above, normal deviate; 0 */
+
+/* Matrix inverse and sorting. */
+#define VL_INVERSE_MAX 128
+#define VL_INVERSE_ON_COPY 1   /* mode: leave the matrix untouched unless it succeeds */
+/* Inverts the n x n row-major matrix in place (n: low 16 bits).  Answers 0,
+ * 1 for n above 128 or no memory for the copy, 3 when singular (a pivot
+ * below 1e-18 in magnitude). */
+int32_t VLAPI KelMath_Inverse(uint32_t n, double *matrix, uint32_t mode);
+#define VL_SORT_ASCENDING 0x20 /* flags: ascending; without it descending */
+/* Sorts n keys and moves each tag with its key; not stable but
+ * deterministic.  Answers 0, or 1 when its stack of ranges overflowed (the
+ * arrays then hold a permutation, not fully sorted). */
+int32_t VLAPI KelMath_Sort(uint32_t n, int32_t *tags, double *keys, uint32_t flags);
+
+/* ------------------------------------------------------------------------
+ * Text data and memory
+ *
+ * Blocks that these entries hand out are movable, zero-filled memory
+ * blocks, unlocked; the caller frees them (GlobalFree, natively
+ * vl_global_free).  File handles travel in a 32-bit slot: Windows handles
+ * under Windows, POSIX descriptors natively, -1 for failure.
+ * --------------------------------------------------------------------- */
+
+/* The host's name tables.  `argument` by operation:
+ *   1        fills the table of name classes (class and argument ignored);
+ *            KELUTIL_Main's start does it.  Answers 0.
+ *   2        `argument` is a VL_HWND *: sends "type NAME" (SWM_EXECUTE) for
+ *            each name of the class, in table order, to that window.
+ *            Answers 1 and sends nothing when the window is null or dead;
+ *            natively there are no windows, so it always answers 1.
+ *   6        `argument` is a VL_HOSTPROC (or 0): calls it with
+ *            (0, 1024, 0, "type NAME") for each name.  Answers 0.
+ *   other operations with bit 1 (value 2) set do nothing and answer 0;
+ *   all others (0 is the plain lookup) look up the name text `argument`
+ *   exactly, case counting, and answer its id or 32764.
+ * Classes run from 0 to 102; a class without table, or above 102, finds
+ * and lists nothing. */
+int32_t VLAPI KELUTIL_Names(uint32_t class_index, intptr_t argument, uint32_t operation);
+
+/* Memory objects: up to 500 byte strings in one movable block, known by
+ * the handle in `*slot`, which an add may replace.  `command` uses its low
+ * 16 bits, `index` its low 16 bits.
+ *   0     create; `index` is the first base, `size` (low 16 bits) the
+ *         second base.  Answers 1, or 0 without memory.
+ *   4096  add `size` bytes of `data`; answers the item's number (old count
+ *         plus the second base when numbering 2 is on, else the first
+ *         base), 0 on failure.  When the block can't grow, *slot becomes
+ *         null.  The block never passes 65535 bytes: an add that would
+ *         carry it there is refused with 0 and changes nothing.
+ *   4097  read item `index` as text into `data` of `size` bytes: copies
+ *         its length plus one bytes, at most `size` (then unterminated).
+ *         An `index` that names no item copies nothing and answers 0.
+ *   4098  find the text `data` among the items, case ignored; answers its
+ *         number in the first numbering, or 0.
+ *   4100  free the object, *slot becomes null; answers 1.
+ *   4101  numbering: `index` non-zero with a second base chooses the
+ *         second numbering for adds; answers 0.
+ * Commands with bit 4096 answer 0 at once for a null handle. */
+uint16_t VLAPI KELUTIL_MemObject(VL_HGLOBAL *slot, uint32_t command, uint32_t index, void *data, uint32_t size);
+
+/* Lines of a text, ended by line feeds.  `operation` in 16 bits:
+ *   0  `second` is a uint16_t * receiving the number of lines (a last line
+ *      without line feed counts, so "" has 1).  Answers null.
+ *   1  reverses the order of the lines of `first` in place, joining them
+ *      with CR LF and no line end at the close; the buffer needs one more
+ *      byte per line that ended in a bare line feed.  At most 500 lines of
+ *      239 characters: a longer text is left as it is.  Answers null.
+ *   2  copies the next line of the text `second` (char *) into `first`,
+ *      without its line end, and answers the text behind it (its
+ *      terminator when it was the last line); null for a null text.
+ *   other operations answer null. */
+char *VLAPI KELUTIL_MultiLineControl(char *first, void *second, uint32_t operation);
+
+/* Copies `count` bytes upward, one at a time: note the order, source
+ * first.  Overlapping ranges repeat the source as a forward copy does.
+ * Answers 0. */
+int32_t VLAPI KELUTIL_MemCopy(const void *source, void *target, int32_t count);
+/* 0 when the `count` bytes are equal or `count` is 0, else 1. */
+int32_t VLAPI KELUTIL_StructCompare(const void *first, const void *second, uint32_t count);
+/* Transposes `rows` x `columns` items of `item_size` bytes in place (rows
+ * and columns in 16 bits).  Answers 0; 1 when no work memory is to be had,
+ * also when the array's size overflows. */
+int32_t VLAPI KELUTIL_RowColChange(void *data, uint32_t rows, uint32_t columns, uint32_t item_size);
+
+/* Section files: "[name]" header lines divide a text.  Names compare with
+ * case ignored.
+ *
+ * KELUTIL_GetFileSection: the body of section `name` of file `path` (the
+ * whole file for a null `name`, the text in front of the first header for
+ * ""), as a block of body length plus one bytes holding the zero-ended
+ * text.  A byte 255 reads as the end of the file.  Null when anything
+ * fails, when the body is empty, and for a `name` longer than 119 bytes;
+ * headers whose names pass 119 bytes match nothing. */
+VL_HGLOBAL VLAPI KELUTIL_GetFileSection(const char *path, const char *name);
+/* A base path and a name composed behind it, each kept up to 259
+ * characters.  `operation` in 16 bits: 0 stores `text` as the base, 1
+ * composes the base and `text`, 2 answers the base, 3 the last composed
+ * text; others answer null.  A null `text`, or one that would pass 259
+ * characters, answers null and keeps what was stored. */
+const char *VLAPI KELUTIL_GetFileSection_Filename(const char *text, uint32_t operation);
+/* The body of section `name` inside `text`, and its length in `*length`;
+ * the last line of the text counts only with its line feed.  Null when
+ * there is no such section (`*length` untouched), also for a body longer
+ * than 65535 bytes. */
+char *VLAPI KELUTIL_GetMemSectionPtr(const char *text, const char *name, uint16_t *length);
+/* Body length plus one (0 when the section is absent or its body longer
+ * than 65534 bytes); with a `dst`, copies the body there, zero-ended. */
+uint16_t VLAPI KELUTIL_GetMemSection(const char *text, const char *name, char *dst);
+/* The value of `key = value` in section `section` of `text`, into `out` of
+ * `size` bytes (low 16 bits); `default_value` when the key is absent.  A
+ * null `key` lists the keys instead, each zero-ended and a further zero
+ * behind the last; a key that would not leave room for that zero is cut.
+ * Answers 0; 1 when the section is missing, when no work memory is to be
+ * had, and when the value or default does not fit in `size` bytes with its
+ * terminator (`out` untouched in all three).  A key of the text that does
+ * not fit in `size` bytes never matches. */
+int32_t VLAPI KELUTIL_GetMemSectionEntry(const char *section, const char *key, const char *default_value, char *out,
+                                         uint32_t size, const char *text);
+
+/* A member of a package file: a block holding its data, not terminated,
+ * and its size in `*size`.  0 on every failure, `*size` untouched: no
+ * member of that name (case ignored, names at most 16 bytes), a size of 0,
+ * data lying outside the package. */
+VL_HGLOBAL VLAPI KELUTIL_GetFileFromPackage(const char *package, const char *name, uint32_t *size);
+/* Copies a file over an existing target.  With `keep_attributes` 0 the
+ * copy loses a read-only mark.  Answers 0 or the system error code. */
+uint32_t VLAPI KELUTIL_CopyFile(const char *source, const char *target, uint32_t keep_attributes);
+/* CreateFileA with the given access, share and disposition; -1 on failure. */
+int32_t VLAPI KELUTIL_32FileOpen(const char *name, uint32_t access, uint32_t share, uint32_t disposition);
+/* Opens a file emptied, creating it when missing; -1 on failure. */
+int32_t VLAPI KELUTIL_32FileCreate(const char *name, uint32_t access, uint32_t share);
+/* -1 when the file can't be opened for reading; otherwise another value,
+ * which is no open handle. */
+int32_t VLAPI KELUTIL_32FileTest(const char *name);
+/* One write; answers the bytes written. */
+uint32_t VLAPI KELUTIL_32WriteFile(int32_t file, const void *data, uint32_t count);
+/* Writes `count` bytes; answers the bytes written (-1 on failure). */
+int32_t VLAPI KELUTIL_HugeWrite(int32_t file, const void *data, int32_t count);
+/* Write in pieces of 32767 bytes, read in pieces of 65535; 0, or 1 on the
+ * first short piece.  A count of 0 transfers nothing and answers 0; a
+ * negative count answers 1. */
+int32_t VLAPI Write64K(int32_t file, const void *data, int32_t count);
+int32_t VLAPI Read64K(int32_t file, void *data, int32_t count);
+/* Reads one line, line end included, into `buffer` of `size` bytes (low 16
+ * bits), zero-ended.  Answers `buffer`, or null when the file ended before
+ * any byte (`buffer` then holds "") and for a `size` of 0 (nothing
+ * written). */
+char *VLAPI KELUTIL_fgets(char *buffer, uint32_t size, int32_t file);
+/* The size of an open file (low 32 bits); 0 on failure. */
+uint32_t VLAPI KELUTIL_JustFileSize(int32_t file);
+/* The size of a named file; 0 when it can't be opened. */
+uint32_t VLAPI KELUTIL_FileSizeFromName(const char *name);
+
+/* ------------------------------------------------------------------------
+ * Number formatting
+ *
+ * All digits are made by the library itself, never by the C runtime's
+ * printf, so every target prints the same text: correctly rounded digits
+ * (ties to even, as a standard printf rounds) and exponents without a plus
+ * sign or leading zeros.
+ * --------------------------------------------------------------------- */
+
+/* Room for any result of a "*" or "." format (prefix included). */
+#define VL_REAL2STR_SHORT_ROOM 40
+/* Room for any result of KELUTIL_real2str and KELUTIL_sprintf. */
+#define VL_FORMAT_ROOM 120
+
+/* Prints `value` into `dst` under a format text: an optional prefix
+ *   E  SI letters (k M G T P E, m, micro 0xB5, n p f a; "e21" beyond),
+ *   P  power of ten ("1.5x10\+(3)", "10\+(3)" for an exact power),
+ *   S  always exponent form,   ,  no effect,   D  date (see below),
+ * then a body:
+ *   *      automatic digits          *N   N significant digits (1..19)
+ *   *N*    N (one digit) significant digits, trailing zeros removed
+ *   .N     N decimals (".": none)
+ *   other  a printf format for the double, white space removed first.
+ * Fixed form lies strictly between two single-precision bounds, 1e-5 and
+ * 1e12 for "*" and the "." forms, 0.001 and 10^N for "*N".  Exponents read
+ * "E12", "E-6".  VL_DIV_ZERO_VALUE and NaN print "/0"; VL_MISSING_VALUE,
+ * infinities and magnitudes above 1e290 print "--"; magnitudes below
+ * 1e-290 count as zero, and zero prints "0" under "*" and "." bodies.
+ * Answers `dst`.
+ *
+ * Room: a "*" or "." body writes fewer than VL_REAL2STR_SHORT_ROOM bytes;
+ * a digit count written far beyond 19 (say "*40") that would make a longer
+ * text prints "--" instead.  Any other body writes at most VL_FORMAT_ROOM
+ * bytes: it is read by the library, not by the runtime, and may hold literal
+ * text, "%%" and exactly one conversion f F e E g G with flags - + space # 0,
+ * a width, a precision and an optional 'l'.  A body longer than 119
+ * characters, with any other conversion, with a second one, or whose text
+ * would pass 119 characters prints "--"; a body with no conversion is copied
+ * as it stands.  A "D" format prints the value as a date by
+ * KELUTIL_date2str, with the number behind the "D" as its format (0 when
+ * none); it needs that entry's room, and the answer is still `dst`. */
+char *VLAPI KELUTIL_real2str(double value, char *dst, const char *format);
+/* `value` rounded to `places` decimals (16-bit signed; negative places round
+ * to tens, hundreds...), halves away from zero.  The scaled value passes
+ * through a 32-bit integer and loses its high bits beyond that range. */
+double VLAPI KELUTIL_real2real(double value, int32_t places);
+/* The decimal text of `value` in a static buffer of 30 bytes that the next
+ * call overwrites. */
+char *VLAPI KELUTIL_int2str(int32_t value);
+/* The decimal text of `value` with '0' characters in front (in front of a
+ * minus sign too) up to `width`; `dst` needs max(width, 11) + 1 bytes. */
+void VLAPI KELUTIL_int2fixstr(int32_t value, int32_t width, char *dst);
+/* Reads a real from `key` of `section` in the settings file `file`.  The
+ * default travels as the text KELUTIL_real2str makes with "*", so it comes
+ * back at that precision (VL_MISSING_VALUE comes back as 0).  A stored text
+ * that is a bad number answers VL_MISSING_VALUE. */
+double VLAPI KELUTIL_GetPrivateProfileReal(const char *section, const char *key, double def, const char *file);
+
+/* ------------------------------------------------------------------------
+ * Format-directed output
+ * --------------------------------------------------------------------- */
+
+/* Modes of KELUTIL_real_str (low 8 bits used): one form in bits 0-3 ... */
+#define VL_REAL_FIXED 1      /* W is unused, P decimals */
+#define VL_REAL_GENERAL 2    /* fixed while -4 < exponent <= P, else exponent form; any other form value acts so */
+#define VL_REAL_EXPONENT 4   /* P decimals and "e<exponent>" */
+#define VL_REAL_WIDTH 8      /* general with exponents -3..6, decimals worked out from W */
+/* ... and flags. */
+#define VL_REAL_TRIM 16      /* remove the fraction's trailing zeros, and a bare point */
+#define VL_REAL_UPPER 128    /* "E" instead of "e" */
+/* The longest text of KELUTIL_real_str, terminator included. */
+#define VL_REAL_STR_ROOM 320
+
+/* The library's own digit-row converter: `mode`, `width` W and `precision`
+ * P use their low 8 bits.  Makes at most 119 significant digits from the
+ * double itself and rounds once, by half a unit of the last place.
+ * Answers 0; answers 1 when no digit reaches the places asked for in fixed
+ * form: `dst` then holds a zero text such as "0.00" without a sign.  Exponent
+ * texts are "e5", "E-4".  Infinities and NaNs (outside the converter's
+ * domain) print "--" and answer 0.  `dst` needs VL_REAL_STR_ROOM bytes for
+ * arbitrary W and P; with P up to 100 and exponent or general forms the text
+ * stays below VL_FORMAT_ROOM. */
+int32_t VLAPI KELUTIL_real_str(double value, uint32_t mode, uint32_t width, uint32_t precision, char *dst);
+/* Prints `value` by a format of the kind "%W.PC".  The first character is
+ * skipped; W is read up to the first '.', P up to the first of G g F f E e
+ * that occurs behind it (in that order of search), and that letter is the
+ * conversion.  With nothing in front of the point the character right
+ * behind it is the conversion ("%.2f" is general form, W 7, P 3).  f and F
+ * print the whole format as KELUTIL_real2str prints an "other" body (without
+ * removing white space) and answer the length; e and E use
+ * KELUTIL_real_str's exponent form, anything else its general form, upper
+ * case adds VL_REAL_UPPER, and the converter's answer is returned.
+ * `dst` needs VL_FORMAT_ROOM bytes.  Outside these limits - a format empty,
+ * longer than 119 characters, without a '.', without one of the six letters
+ * behind it, refused by the format rules of KELUTIL_real2str, or a text
+ * longer than 119 characters - `dst` receives "--" and the answer is -1. */
+int32_t VLAPI KELUTIL_sprintf(char *dst, const char *format, double value);
+
+/* ------------------------------------------------------------------------
+ * Dates and times
+ *
+ * A date value is a double: one unit is one day, whole numbers fall on
+ * midnight of local wall-clock time, 2415018.0 is 30 December 1899 in the
+ * proleptic Gregorian calendar.  Records convert from 1757583.0 (31
+ * December of year 99) to 5373483.0 (31 December 9999, 00:00:00).
+ * --------------------------------------------------------------------- */
+
+/* The fields of the C runtime's time record, in its order, except that
+ * tm_year holds the full year (2024, not 124). */
+typedef struct VL_DATE_RECORD {
+    int32_t tm_sec;
+    int32_t tm_min;
+    int32_t tm_hour;
+    int32_t tm_mday;   /* 1 to 31 */
+    int32_t tm_mon;    /* 0 to 11 */
+    int32_t tm_year;   /* full year; below 100 widened on the way to a value */
+    int32_t tm_wday;   /* 0 Sunday */
+    int32_t tm_yday;   /* 1-based from a value, 0-based from "now" */
+    int32_t tm_isdst;
+} VL_DATE_RECORD;
+
+/* Flags of DateTime_CheckDate. */
+#define VL_CHECK_FILL 1           /* the record becomes now; answers 1 */
+#define VL_CHECK_REPAIR 2         /* bad month, day or year are taken from now */
+#define VL_CHECK_CLEAR_TIME 16    /* time of day and tm_isdst become 0 */
+#define VL_CHECK_MONTH_START 4096 /* day 16 or later moves to the 1st of the next month */
+/* Tests month (0-11), day (1-31) and year (0-9999): 1 when all pass, 0
+ * otherwise (also after repair).  VL_CHECK_FILL and VL_CHECK_MONTH_START
+ * always answer 1. */
+int32_t VLAPI DateTime_CheckDate(VL_DATE_RECORD *record, int32_t flags);
+
+/* Modes of DateTime_CvtDouble (low 16 bits of `mode`). */
+#define VL_CVT_TO_RECORD 0        /* value -> record; 1 when refused */
+#define VL_CVT_SECONDS 1          /* answers value * 86400 clamped to 0..4294967295 */
+#define VL_CVT_DAYS_TO_SECONDS 2  /* in place */
+#define VL_CVT_SECONDS_TO_DAYS 3  /* in place */
+#define VL_CVT_TIME_ZONE 5        /* refresh the time zone */
+#define VL_CVT_TO_VALUE 6         /* record -> value; 1 when refused */
+/* Converts between date values, records and seconds; pointers a mode does
+ * not use may be null.  Answers 0 for good, as each mode documents. */
+int32_t VLAPI DateTime_CvtDouble(double *value, VL_DATE_RECORD *record, uint32_t mode);
+/* Sets tm_sec, tm_min, tm_hour and tm_isdst to 0. */
+void VLAPI DateTime_ResetTimeOfDay(VL_DATE_RECORD *record);
+
+/* Prints a date value by a format (low 16 bits): 0 to 18 rows of the date
+ * format table, 19 and 20 the custom slots, or a style word (high byte not
+ * 0).  Flags 2048 (value is a month number), 1024 (a weekday number), 4096
+ * (a length in days printed with its unit), 8192 (answer a style word for
+ * a step of that length, print nothing).  Answers 0 when printing.  Room:
+ * 61 bytes.  A date that cannot be printed shows as "--".
+ * With `out` null the format asks: 4096 -> 33292, the fullest format word;
+ * 24576 -> the language flag; 28672 + n -> 1 when format n prints a part of
+ * a date, 0 for the whole-date rows; 32768 reloads the regional settings. */
+uint16_t VLAPI KELUTIL_date2str(double value, uint32_t format, char *out);
+
+/* Prints the time of day of a value, or a length of time in days, by a
+ * time format (low 16 bits): rows 0 to 12, or a style word (high byte not
+ * 0, low 8 bits used).  Answers 0.  With `out` null: format 0 sets the
+ * wrapping period to `value` hours (0 switches it off), 4096 answers 10. */
+int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char *out);
+/* Reads a time text by a time format row (0 to 12) into days; the text is
+ * cut in place.  An empty text answers VL_MISSING_VALUE. */
+double VLAPI KELUTIL_str2time(char *text, uint32_t format);
+
+/* ------------------------------------------------------------------------
  * Movable memory blocks (native builds only)
  *
  * Entries that hand out blocks give handles of movable, zero-filled memory

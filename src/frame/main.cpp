@@ -1,6 +1,5 @@
 // KELUTIL_Main: start, end and control of the library for the host.
 
-#include "datetime/regional.h"
 #include "frame/frame.h"
 #include "platform/platform.h"
 #include "vlcore.h"
@@ -9,7 +8,11 @@ namespace vl::frame {
 
 FrameState frame_state;
 
-void library_attach() { datetime::regional_tables_load(); }
+// The date printer's reload: time zone, "intl" settings, month and day names.
+constexpr uint32_t kReloadRegionalTables = 32768;
+constexpr uint32_t kAskLanguageFlag = 24576;
+
+void library_attach() { KELUTIL_date2str(0.0, kReloadRegionalTables, nullptr); }
 
 namespace {
 
@@ -27,7 +30,12 @@ uintptr_t start(uint16_t version) {
     // 1. A host newer than this library gets nothing started.
     if (version > kNewestHostVersion) return 0;
     // 2. The regional settings may have changed since load.
-    datetime::regional_tables_load();
+    KELUTIL_date2str(0.0, kReloadRegionalTables, nullptr);
+    // 3. to 5. belong to the colour table, the path registry and the
+    //    printer, which are not built yet.
+    // 6. The host's vocabulary, class by class.
+    KELUTIL_Names(0, 0, 1);
+    // 7. The library's version.
     return kLibraryVersion;
 }
 
@@ -41,9 +49,9 @@ extern "C" uintptr_t VLAPI KELUTIL_Main(VL_HWND /*window*/, uint32_t version, in
     switch (static_cast<uint16_t>(operation)) {
         case kStart: return start(static_cast<uint16_t>(version));
         case kEnd: return 0;
-        case kSettingsChanged: datetime::regional_tables_load(); return 0;
+        case kSettingsChanged: KELUTIL_date2str(0.0, kReloadRegionalTables, nullptr); return 0;
         case kQuery: return kLibraryVersion;
-        case kLanguageFlag: return static_cast<uint16_t>(datetime::regional_date_tables.language_flag);
+        case kLanguageFlag: return KELUTIL_date2str(0.0, kAskLanguageFlag, nullptr);
         case kModuleHandle: return platform::module_handle();
         case kSetFileCallback: frame_state.lpfnFileHost = reinterpret_cast<host::HostProc>(value); return 0;
         default: return 0;

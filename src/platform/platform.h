@@ -45,6 +45,8 @@ int32_t load_string(uint32_t id, std::span<char> out);
 char upper(char c) noexcept;
 void upper_in_place(char* text, std::size_t count) noexcept;
 // lstrcmpA / lstrcmpiA: 0 when equal; otherwise the sign orders the texts.
+// IsCharAlphaA: a letter of the system's single-byte code page.
+bool is_alpha(char c) noexcept;
 int compare(const char* a, const char* b) noexcept;
 int compare_nocase(const char* a, const char* b) noexcept;
 
@@ -59,6 +61,40 @@ bool mem_unlock(MemHandle h);  // true while the block stays locked
 std::size_t mem_size(MemHandle h);
 MemHandle mem_free(MemHandle h);  // null on success, `h` on failure
 
+// ---- Files -----------------------------------------------------------------
+// Windows file handles and _lopen handles travel in a 32-bit slot; natively
+// the slot carries a POSIX descriptor.  -1 stands for failure in both.
+using FileHandle = int32_t;
+constexpr FileHandle kNoFile = -1;
+// CreateFileA (attribute 128, no template) and CloseHandle.  `access` takes
+// the GENERIC_READ / GENERIC_WRITE bits, `disposition` 1 to 5 as Windows
+// numbers them; natively `share` has no meaning.
+FileHandle file_create(const char* name, uint32_t access, uint32_t share, uint32_t disposition) noexcept;
+bool file_close_handle(FileHandle file) noexcept;
+// WriteFile: the byte count it reports, also after a failure.
+uint32_t file_write_handle(FileHandle file, const void* data, uint32_t count) noexcept;
+// GetFileSize: false on failure; only the low 32 bits of the size.
+bool file_size32(FileHandle file, uint32_t& size) noexcept;
+// CopyFileA overwriting the target: 0, or the system error of the failure
+// (natively the common causes carry their Windows numbers).
+uint32_t file_copy(const char* source, const char* target) noexcept;
+// SetFileAttributesA(name, 128): clears a read-only mark.
+bool file_set_normal(const char* name) noexcept;
+// _lopen for reading, _lread, _lwrite, _hwrite, _llseek, _lclose.  The
+// transfers answer the bytes moved or -1; the seek the new position or -1.
+FileHandle file_lopen_read(const char* name) noexcept;
+int32_t file_lread(FileHandle file, void* data, uint32_t count) noexcept;
+int32_t file_lwrite(FileHandle file, const void* data, uint32_t count) noexcept;
+int32_t file_hwrite(FileHandle file, const void* data, int32_t count) noexcept;
+int32_t file_llseek(FileHandle file, int32_t offset, int origin) noexcept;
+void file_lclose(FileHandle file) noexcept;
+// Readers of files past 2 GB: the whole size, and a seek from the start.
+bool file_size64(FileHandle file, uint64_t& size) noexcept;
+bool file_seek64(FileHandle file, uint64_t offset) noexcept;
+// True when the system reports version 3.0 (GetVersion), whose _hwrite
+// must be fed in 4096-byte pieces.  Never natively.
+bool file_small_writes_only() noexcept;
+
 // ---- Clock and time zone --------------------------------------------------
 // "Now" as seconds since 1970-01-01 UTC and milliseconds.  Setting the
 // environment variable VLCORE_NOW to "SECONDS[.FRACTION]" pins the clock, so
@@ -70,6 +106,38 @@ struct Instant {
 Instant now() noexcept;
 // The pinned instant of VLCORE_NOW, when the variable is set.
 bool pinned_now(Instant& out) noexcept;
+
+// ---- Local time and time zone ---------------------------------------------
+// The runtime's view of local time, as the date code needs it (_ftime,
+// localtime, _tzset, _timezone and _daylight on Windows; natively the POSIX
+// equivalents with the same meaning of the environment variable TZ).
+struct ClockReading {
+    int64_t seconds;  // since 1970-01-01 UTC, pinned by VLCORE_NOW
+    bool daylight;    // daylight saving is in force now (_ftime's dstflag)
+};
+ClockReading clock_reading() noexcept;
+// True when the environment variable is set at all (getenv).
+bool environment_has(const char* name) noexcept;
+// localtime: the nine fields of the runtime's time record for `seconds`, in
+// tm order (years since 1900).  While the daylight flag is cleared the
+// breakdown is standard time, as the Windows runtime gives it then.  False
+// when the runtime can't break the number down.
+bool local_time(int64_t seconds, int32_t (&fields)[9]) noexcept;
+// _tzset, then _timezone: seconds west of UTC of the zone's standard time.
+int32_t time_zone_refresh() noexcept;
+// _daylight = 0.
+void clear_daylight() noexcept;
+
+// ---- Bessel functions -----------------------------------------------------
+// The runtime's Bessel functions of the first (j) and second (y) kind:
+// _j0 and its family on Windows, j0 and its family natively.  Values agree
+// between the two runtimes to their rounding, not to the bit.
+double bessel_j0(double x) noexcept;
+double bessel_j1(double x) noexcept;
+double bessel_jn(int n, double x) noexcept;
+double bessel_y0(double x) noexcept;
+double bessel_y1(double x) noexcept;
+double bessel_yn(int n, double x) noexcept;
 
 // ---- Module ---------------------------------------------------------------
 // The handle the library was loaded under (HINSTANCE on Windows, the base

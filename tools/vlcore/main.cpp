@@ -2,7 +2,17 @@
 //
 //   vlcore tokens TEXT     the tokens of a script line, one per line
 //   vlcore number TEXT     what the number parsers read from TEXT
+//   vlcore eval [--deg|--grad] NAME ARG...   a row of the function table
+//   vlcore random SEED COUNT [uniform|normal|poisson MEAN]   a random stream
+//   vlcore format FORMAT VALUE...    each value printed by a format text
+//   vlcore sprintf FORMAT VALUE...   each value printed by a %W.PC format
+//   vlcore section FILE [NAME [KEY]]  a section of a file, or one entry
+//   vlcore package FILE [NAME]        the members of a package, or one member
+//   vlcore names CLASS [NAME]         the names of a class, or one name's id
+//   vlcore date VALUE [FORMAT]        a date value printed by a date format
+//   vlcore time VALUE [FORMAT]        the time in a value printed by a time format
 
+#include <cctype>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
@@ -21,7 +31,27 @@ int usage(const char* why = nullptr) {
     std::fputs(
         "usage: vlcore COMMAND ARGS...\n"
         "  tokens TEXT    split a script line into tokens\n"
-        "  number TEXT    read TEXT as an integer, a real and a hexadecimal number\n",
+        "  number TEXT    read TEXT as an integer, a real and a hexadecimal number\n"
+        "  eval [--deg|--grad] NAME ARG...\n"
+        "                 evaluate a function of the table (SIN, TTABLE, INCBETA, ...)\n"
+        "  random SEED COUNT [uniform|normal|poisson MEAN]\n"
+        "                 COUNT deviates after seeding the generator with SEED\n"
+        "  format FORMAT VALUE...\n"
+        "                 print each VALUE by a format text (*, *3, *3*, .2, E*3, P*, S*, %8.3f)\n"
+        "  sprintf FORMAT VALUE...\n"
+        "                 print each VALUE by a %W.PC format (%7.3g, %10.4e, %8.3f)\n"
+        "  section FILE [NAME [KEY]]\n"
+        "                 print section NAME of FILE (all of it without NAME), or the value of KEY\n"
+        "  package FILE [NAME]\n"
+        "                 list the members of a package, or write member NAME to standard output\n"
+        "  names CLASS [NAME]\n"
+        "                 list the names of a class, or look NAME up in it\n"
+        "  date VALUE [FORMAT]\n"
+        "                 print a date value (2460374.5 is 5 March 2024, noon) by a date format,\n"
+        "                 0 to 18 or a style word; without FORMAT all of 0 to 18\n"
+        "  time VALUE [FORMAT]\n"
+        "                 print the time of day in VALUE (or a length in days) by a time format,\n"
+        "                 0 to 12; without FORMAT all of them\n",
         stderr);
     return kUsageError;
 }
@@ -71,6 +101,230 @@ int cmd_number(const char* text) {
     return 0;
 }
 
+// Reads a whole argument as a real number.
+bool read_real(const char* text, double& out) {
+    std::vector<char> buf(text, text + std::strlen(text) + 1);
+    return KELUTIL_cvtstr2real(buf.data(), &out) == 1;
+}
+
+int cmd_eval(int argc, char** argv) {
+    uint32_t unit = 0;
+    int i = 2;
+    for (; i < argc && argv[i][0] == '-' && argv[i][1] == '-'; ++i) {
+        const std::string_view opt = argv[i];
+        if (opt == "--deg")
+            unit = VL_MATH_DEGREES;
+        else if (opt == "--grad")
+            unit = VL_MATH_GRADS;
+        else
+            return usage(("unknown option '" + std::string(opt) + "'").c_str());
+    }
+    if (i >= argc) return usage("'eval' needs a function NAME");
+    std::string name = argv[i++];
+    for (char& c : name) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    uint16_t row = 0;
+    const int32_t count = KelMath_function(0, VL_MATH_FIND, name.data(), &row, 0);
+    if (count == 0) return usage(("no function named '" + name + "'").c_str());
+    if (argc - i != count)
+        return usage((name + " takes " + std::to_string(count) + " argument" + (count == 1 ? "" : "s")).c_str());
+    double args[3] = {};
+    for (int k = 0; k < count; ++k)
+        if (!read_real(argv[i + k], args[k])) return usage(("bad number '" + std::string(argv[i + k]) + "'").c_str());
+    double value = 0.0;
+    const int32_t flag = KelMath_function(0, (static_cast<uint32_t>(row) << 16) | VL_MATH_EVAL, args, &value, unit);
+    std::printf("%-8s %.17g\n%-8s %" PRId32 "%s\n", "value", value, "flag", flag, flag ? " (failed)" : "");
+    return 0;
+}
+
+int cmd_random(int argc, char** argv) {
+    if (argc < 4 || argc > 6) return usage("'random' takes SEED COUNT [uniform|normal|poisson MEAN]");
+    double seed = 0.0, count = 0.0, mean = 0.0;
+    if (!read_real(argv[2], seed) || !read_real(argv[3], count) || count < 0) return usage("bad SEED or COUNT");
+    const std::string_view kind = argc > 4 ? argv[4] : "uniform";
+    uint32_t operation = VL_MATH_UNIFORM;
+    if (kind == "normal") {
+        operation = VL_MATH_NORMAL;
+    } else if (kind == "poisson") {
+        if (argc != 6 || !read_real(argv[5], mean)) return usage("'poisson' needs a MEAN");
+        operation = VL_MATH_POISSON;
+    } else if (kind != "uniform" || argc == 6) {
+        return usage(("unknown stream '" + std::string(kind) + "'").c_str());
+    }
+    if (KelMath_function(0, VL_MATH_SEED, &seed, nullptr, 0) != 0) return usage("SEED must be 1 or more");
+    // A seed leaves the spare normal deviate in place: start the stream clean.
+    int32_t idum = 1;
+    gasdevex_export(&idum, 1);
+    for (long k = 0; k < static_cast<long>(count); ++k) {
+        double out = 0.0, in = mean;
+        KelMath_function(0, operation, &in, &out, 0);
+        std::printf("%.10f\n", out);
+    }
+    return 0;
+}
+
+// Prints each VALUE by `format`, one line each.  Values are read by the
+// library's own parser; "missing" stands for the missing value.
+int cmd_print(bool with_sprintf, const char* format, char** values, int count) {
+    int status = 0;
+    for (int i = 0; i < count; ++i) {
+        std::vector<char> text(values[i], values[i] + std::strlen(values[i]) + 1);
+        double v = VL_MISSING_VALUE;
+        if (std::strcmp(values[i], "missing") != 0 && !KELUTIL_cvtstr2real(text.data(), &v)) {
+            std::printf("%-16s bad number\n", values[i]);
+            status = 1;
+            continue;
+        }
+        char out[VL_REAL_STR_ROOM];
+        if (with_sprintf) {
+            const int32_t result = KELUTIL_sprintf(out, format, v);
+            std::printf("%-16s <%s>  (%" PRId32 ")\n", values[i], out, result);
+        } else {
+            std::printf("%-16s <%s>\n", values[i], KELUTIL_real2str(v, out, format));
+        }
+    }
+    return status;
+}
+
+// ---- Text data ----------------------------------------------------------
+
+std::string block_text(VL_HGLOBAL h) {
+#ifdef _WIN32
+    const char* p = static_cast<const char*>(GlobalLock(h));
+    std::string s = p ? std::string(p) : std::string();
+    GlobalUnlock(h);
+    GlobalFree(h);
+#else
+    const char* p = static_cast<const char*>(vl_global_lock(h));
+    std::string s = p ? std::string(p) : std::string();
+    vl_global_unlock(h);
+    vl_global_free(h);
+#endif
+    return s;
+}
+
+int cmd_section(int argc, char** argv) {
+    if (argc < 3 || argc > 5) return usage("'section' takes FILE [NAME [KEY]]");
+    const char* name = argc > 3 ? argv[3] : nullptr;
+    VL_HGLOBAL h = KELUTIL_GetFileSection(argv[2], name);
+    if (!h) {
+        std::fprintf(stderr, "vlcore: no %s%s in %s\n", name ? "section " : "text", name ? name : "", argv[2]);
+        return 1;
+    }
+    const std::string body = block_text(h);
+    if (argc < 5) {
+        std::fputs(body.c_str(), stdout);
+        return 0;
+    }
+    // The entry reader works on a text that holds the section's header.
+    const std::string text = "[" + std::string(name) + "]\n" + body + "\n[]\n";
+    std::vector<char> out(4096);
+    if (KELUTIL_GetMemSectionEntry(name, argv[4], "", out.data(), static_cast<uint32_t>(out.size()), text.c_str()))
+        return 1;
+    std::printf("%s\n", out.data());
+    return 0;
+}
+
+uint32_t le32(const unsigned char* p) { return p[0] | p[1] << 8 | p[2] << 16 | static_cast<uint32_t>(p[3]) << 24; }
+
+int cmd_package(int argc, char** argv) {
+    if (argc < 3 || argc > 4) return usage("'package' takes FILE [NAME]");
+    if (argc == 4) {
+        uint32_t size = 0;
+        VL_HGLOBAL h = KELUTIL_GetFileFromPackage(argv[2], argv[3], &size);
+        if (!h) {
+            std::fprintf(stderr, "vlcore: no member %s in %s\n", argv[3], argv[2]);
+            return 1;
+        }
+#ifdef _WIN32
+        const void* p = GlobalLock(h);
+        std::fwrite(p, 1, size, stdout);
+        GlobalUnlock(h);
+        GlobalFree(h);
+#else
+        const void* p = vl_global_lock(h);
+        std::fwrite(p, 1, size, stdout);
+        vl_global_unlock(h);
+        vl_global_free(h);
+#endif
+        return 0;
+    }
+    // The listing reads the directory itself: the library only fetches.
+    std::FILE* f = std::fopen(argv[2], "rb");
+    if (!f) return usage(("cannot open '" + std::string(argv[2]) + "'").c_str());
+    unsigned char record[24];
+    int status = 0;
+    if (std::fread(record, 1, sizeof record, f) != sizeof record) {
+        std::fprintf(stderr, "vlcore: %s has no package header\n", argv[2]);
+        status = 1;
+    } else {
+        const auto count = static_cast<int32_t>(le32(record + 20));
+        std::printf("%d member%s\n", count > 0 ? count : 0, count == 1 ? "" : "s");
+        for (int32_t i = 0; i < count && std::fread(record, 1, sizeof record, f) == sizeof record; ++i) {
+            char name[17] = {};
+            std::memcpy(name, record, 16);
+            std::printf("  %-16s %10" PRIu32 " bytes at %" PRIu32 "\n", name, le32(record + 20), le32(record + 16));
+        }
+    }
+    std::fclose(f);
+    return status;
+}
+
+std::vector<std::string>* g_names = nullptr;
+VL_LRESULT VLAPI collect_name(VL_HWND, VL_UINT, VL_WPARAM, VL_LPARAM text) {
+    g_names->emplace_back(reinterpret_cast<const char*>(text));
+    return 0;
+}
+
+int cmd_names(int argc, char** argv) {
+    if (argc < 3 || argc > 4) return usage("'names' takes CLASS [NAME]");
+    int32_t cls = 0;
+    if (!KELUTIL_cvtstr2int(argv[2], &cls) || cls < 0 || cls > 102) return usage("CLASS runs from 0 to 102");
+    KELUTIL_Names(0, 0, 1);
+    if (argc == 4) {
+        const int32_t id = KELUTIL_Names(static_cast<uint32_t>(cls), reinterpret_cast<intptr_t>(argv[3]), 0);
+        if (id == 32764) {
+            std::printf("%s: not a name of class %d\n", argv[3], cls);
+            return 1;
+        }
+        std::printf("%s = %d (0x%X)\n", argv[3], id, static_cast<unsigned>(id));
+        return 0;
+    }
+    std::vector<std::string> lines;
+    g_names = &lines;
+    KELUTIL_Names(static_cast<uint32_t>(cls), reinterpret_cast<intptr_t>(&collect_name), 6);
+    g_names = nullptr;
+    if (lines.empty()) std::printf("class %d has no names\n", cls);
+    for (const auto& line : lines) {
+        const char* name = line.c_str() + 5;  // behind "type "
+        const int32_t id = KELUTIL_Names(static_cast<uint32_t>(cls), reinterpret_cast<intptr_t>(name), 0);
+        std::printf("  %-20s 0x%04X\n", name, static_cast<unsigned>(id));
+    }
+    return 0;
+}
+
+// A date or a time by one format, or by every row of its table.
+int cmd_date_time(int argc, char** argv, bool date) {
+    if (argc != 3 && argc != 4) return usage(date ? "'date' takes a VALUE and an optional FORMAT"
+                                                  : "'time' takes a VALUE and an optional FORMAT");
+    std::vector<char> value_text(argv[2], argv[2] + std::strlen(argv[2]) + 1);
+    const double value = KELUTIL_str2real(value_text.data());
+    if (value == VL_MISSING_VALUE) return usage("VALUE is not a number");
+    int32_t first = 0, last = date ? 18 : 12;
+    if (argc == 4) {
+        if (!KELUTIL_cvtstr2int(argv[3], &first)) return usage("FORMAT is not a number");
+        last = first;
+    }
+    for (int32_t f = first; f <= last; ++f) {
+        char out[128] = "";
+        if (date)
+            KELUTIL_date2str(value, static_cast<uint32_t>(f), out);
+        else
+            KELUTIL_time2str(value, static_cast<uint32_t>(f), out);
+        std::printf("%5" PRId32 "  %s\n", f, out);
+    }
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -84,5 +338,15 @@ int main(int argc, char** argv) {
         if (argc != 3) return usage(("'" + std::string(cmd) + "' takes exactly one TEXT argument").c_str());
         return cmd == "tokens" ? cmd_tokens(argv[2]) : cmd_number(argv[2]);
     }
+    if (cmd == "eval") return cmd_eval(argc, argv);
+    if (cmd == "random") return cmd_random(argc, argv);
+    if (cmd == "format" || cmd == "sprintf") {
+        if (argc < 4) return usage(("'" + std::string(cmd) + "' takes a FORMAT and at least one VALUE").c_str());
+        return cmd_print(cmd == "sprintf", argv[2], argv + 3, argc - 3);
+    }
+    if (cmd == "section") return cmd_section(argc, argv);
+    if (cmd == "package") return cmd_package(argc, argv);
+    if (cmd == "names") return cmd_names(argc, argv);
+    if (cmd == "date" || cmd == "time") return cmd_date_time(argc, argv, cmd == "date");
     return usage(("unknown command '" + std::string(cmd) + "'").c_str());
 }

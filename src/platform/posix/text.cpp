@@ -39,6 +39,19 @@ void upper_in_place(char* text, std::size_t count) noexcept {
     for (std::size_t i = 0; i < count; ++i) text[i] = upper(text[i]);
 }
 
+// A letter is a character that has another case, or one of the few
+// letters of the Western code page that have none.
+constexpr std::array<bool, 256> make_alpha_table() {
+    std::array<bool, 256> t{};
+    for (int c = 0; c < 256; ++c)
+        if (kUpper[c] != c) t[c] = t[kUpper[c]] = true;
+    for (int c : {0x83, 0xAA, 0xB5, 0xBA, 0xDF}) t[c] = true;
+    return t;
+}
+constexpr auto kAlpha = make_alpha_table();
+
+bool is_alpha(char c) noexcept { return kAlpha[static_cast<unsigned char>(c)]; }
+
 int compare(const char* a, const char* b) noexcept { return compare_with(a, b, false); }
 int compare_nocase(const char* a, const char* b) noexcept { return compare_with(a, b, true); }
 

@@ -31,6 +31,8 @@ void upper_in_place(char* text, std::size_t count) noexcept {
     for (std::size_t i = 0; i < count; ++i) text[i] = t[static_cast<unsigned char>(text[i])];
 }
 
+bool is_alpha(char c) noexcept { return IsCharAlphaA(c) != FALSE; }
+
 int compare(const char* a, const char* b) noexcept { return lstrcmpA(a, b); }
 int compare_nocase(const char* a, const char* b) noexcept { return lstrcmpiA(a, b); }
 

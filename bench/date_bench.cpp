@@ -1,0 +1,99 @@
+// Dates to text against the C runtime's road on the same dates: gmtime_r
+// to break the number down, strftime to print it.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <ctime>
+#include <random>
+#include <vector>
+
+#include "bench_main.h"
+#include "vlcore.h"
+
+namespace {
+
+// The runtime's epoch as a date value.
+constexpr double kUnixDayValue = 2440587.0;
+
+// Dates with times of day spread over 1900 to 2100, as date values and as
+// the same instants in seconds since 1970.
+struct Dates {
+    std::vector<double> values;
+    std::vector<time_t> seconds;
+};
+
+const Dates& dates() {
+    static const Dates d = [] {
+        Dates out;
+        std::mt19937 rng(7);
+        std::uniform_int_distribution<int64_t> day(-25567, 47482);  // 1900-01-01 to 2099-12-31
+        std::uniform_int_distribution<int64_t> second(0, 86399);
+        for (int i = 0; i < 4096; ++i) {
+            const int64_t dd = day(rng), ss = second(rng);
+            out.values.push_back(static_cast<double>(dd) + kUnixDayValue + static_cast<double>(ss) / 86400.0);
+            out.seconds.push_back(static_cast<time_t>(dd * 86400 + ss));
+        }
+        return out;
+    }();
+    return d;
+}
+
+void BM_date2str(benchmark::State& state, uint32_t format) {
+    const auto& v = dates().values;
+    char out[64];
+    std::size_t i = 0;
+    for (auto _ : state) {
+        KELUTIL_date2str(v[i++ & 4095], format, out);
+        benchmark::DoNotOptimize(out);
+    }
+}
+
+void BM_strftime(benchmark::State& state, const char* picture) {
+    const auto& s = dates().seconds;
+    char out[64];
+    std::size_t i = 0;
+    for (auto _ : state) {
+        std::tm t{};
+        gmtime_r(&s[i++ & 4095], &t);
+        std::strftime(out, sizeof out, picture, &t);
+        benchmark::DoNotOptimize(out);
+    }
+}
+
+void BM_cvtdouble(benchmark::State& state) {
+    const auto& v = dates().values;
+    VL_DATE_RECORD r{};
+    std::size_t i = 0;
+    for (auto _ : state) {
+        double x = v[i++ & 4095];
+        benchmark::DoNotOptimize(DateTime_CvtDouble(&x, &r, 0));
+        benchmark::DoNotOptimize(r);
+    }
+}
+
+void BM_gmtime(benchmark::State& state) {
+    const auto& s = dates().seconds;
+    std::size_t i = 0;
+    for (auto _ : state) {
+        std::tm t{};
+        benchmark::DoNotOptimize(gmtime_r(&s[i++ & 4095], &t));
+        benchmark::DoNotOptimize(t);
+    }
+}
+
+BENCHMARK_CAPTURE(BM_date2str, short_date, 0u);
+BENCHMARK_CAPTURE(BM_strftime, short_date, "%m/%d/%y");
+BENCHMARK_CAPTURE(BM_date2str, long_date, 1u);
+BENCHMARK_CAPTURE(BM_strftime, long_date, "%a %B %e, %Y");
+BENCHMARK_CAPTURE(BM_date2str, date_time, 10u);
+BENCHMARK_CAPTURE(BM_strftime, date_time, "%m/%d/%y %H:%M:%S");
+BENCHMARK(BM_cvtdouble);
+BENCHMARK(BM_gmtime);
+
+const vlbench::Compare kShort("BM_date2str/short_date", "BM_strftime/short_date", 0.333);
+const vlbench::Compare kLong("BM_date2str/long_date", "BM_strftime/long_date", 0.333);
+const vlbench::Compare kDateTime("BM_date2str/date_time", "BM_strftime/date_time", 0.333);
+const vlbench::Compare kRecord("BM_cvtdouble", "BM_gmtime", 0.333);
+
+}  // namespace

@@ -1,0 +1,12 @@
+#include "datetime/state.h"
+
+namespace vl::datetime {
+
+DateRecord working_record{};
+double last_seconds = 0.0;
+int32_t time_zone_offset = 0;
+DateRecord scratch_record{};
+double period = 0.0;
+RegionalDateTables regional_date_tables;
+
+}  // namespace vl::datetime

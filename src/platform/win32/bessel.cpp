@@ -1,0 +1,27 @@
+// Bessel functions on Windows: the runtime's _j0 family.
+
+#include <math.h>
+
+#include "platform/platform.h"
+
+// The runtime's header hides these in strict standard mode; they are
+// ordinary exports of the C runtime all the same.
+extern "C" {
+double __cdecl _j0(double x);
+double __cdecl _j1(double x);
+double __cdecl _jn(int n, double x);
+double __cdecl _y0(double x);
+double __cdecl _y1(double x);
+double __cdecl _yn(int n, double x);
+}
+
+namespace vl::platform {
+
+double bessel_j0(double x) noexcept { return ::_j0(x); }
+double bessel_j1(double x) noexcept { return ::_j1(x); }
+double bessel_jn(int n, double x) noexcept { return ::_jn(n, x); }
+double bessel_y0(double x) noexcept { return ::_y0(x); }
+double bessel_y1(double x) noexcept { return ::_y1(x); }
+double bessel_yn(int n, double x) noexcept { return ::_yn(n, x); }
+
+}  // namespace vl::platform

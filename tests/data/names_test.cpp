@@ -1,0 +1,141 @@
+// The host's name tables: lookup, listing, and the tables' shape.
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "data/data_support.h"
+#include "support.h"
+#include "vlcore.h"
+
+namespace {
+
+constexpr int32_t kNotFound = 32764;
+
+// Listings arrive here from the library.
+std::vector<std::string>* g_received = nullptr;
+VL_LRESULT VLAPI receive(VL_HWND window, VL_UINT message, VL_WPARAM first, VL_LPARAM second) {
+    EXPECT_EQ(window, nullptr);
+    EXPECT_EQ(message, 1024u);
+    EXPECT_EQ(first, 0u);
+    g_received->emplace_back(reinterpret_cast<const char*>(second));
+    return 0;
+}
+
+std::vector<std::string> listing(uint32_t class_index) {
+    std::vector<std::string> got;
+    g_received = &got;
+    EXPECT_EQ(KELUTIL_Names(class_index, reinterpret_cast<intptr_t>(&receive), 6), 0);
+    g_received = nullptr;
+    return got;
+}
+
+class Names : public ::testing::Test {
+  protected:
+    void SetUp() override { ASSERT_EQ(KELUTIL_Names(0, 0, 1), 0); }
+};
+
+int32_t lookup(uint32_t class_index, const char* name, uint32_t operation = 0) {
+    return KELUTIL_Names(class_index, reinterpret_cast<intptr_t>(name), operation);
+}
+
+TEST_F(Names, Lookup) {
+    struct Case {
+        const char* what;
+        uint32_t class_index;
+        const char* name;
+        uint32_t operation;
+        int32_t id;
+    };
+    const Case cases[] = {
+        {"first row", 1, "ADDCOL", 0, 1},
+        {"case counts", 1, "addcol", 0, kNotFound},
+        {"last row of class 1", 1, "ISCOLSEL", 0, 10},
+        {"COL# is not COL", 2, "COL#", 0, 0x2000},
+        {"COL", 2, "COL", 0, 0x2001},
+        {"prefix is no match", 2, "CO", 0, kNotFound},
+        {"name starting with a digit", 43, "1E0AS1", 0, 6},
+        {"single row class", 33, "AUTOMATE", 0, 0},
+        {"verb class", 3, "RUN", 0, 0x8000},
+        {"same name, other class", 4, "COLOR", 0, 0x500},
+        {"same name, other class 2", 8, "COLOR", 0, 18},
+        {"last class", 102, "SEPARATOR", 0, 2},
+        {"class without table", 9, "X", 0, kNotFound},
+        {"class 0 has none", 0, "ADDCOL", 0, kNotFound},
+        {"beyond the last class", 103, "ADDCOL", 0, kNotFound},
+        {"empty name", 1, "", 0, kNotFound},
+        {"trailing blank counts", 1, "ADDCOL ", 0, kNotFound},
+        {"operation 4 is a lookup", 1, "COPY", 4, 4},
+        {"operation 8 is a lookup", 1, "COPY", 8, 4},
+        {"operation 3 is reserved", 1, "COPY", 3, 0},
+        {"operation 7 is reserved", 1, "COPY", 7, 0},
+        {"operation 0x10002 is reserved", 1, "COPY", 0x10002, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        EXPECT_EQ(lookup(c.class_index, c.name, c.operation), c.id);
+    }
+}
+
+TEST_F(Names, ListingGoesInRowOrder) {
+    EXPECT_EQ(listing(7), (std::vector<std::string>{"type INCLUDE", "type PLOTXY"}));
+    EXPECT_EQ(listing(33), (std::vector<std::string>{"type AUTOMATE"}));
+    EXPECT_TRUE(listing(9).empty());
+    // A null function is told nothing and the answer is still 0.
+    EXPECT_EQ(KELUTIL_Names(7, 0, 6), 0);
+}
+
+TEST_F(Names, ListingToAWindowNeedsALiveWindow) {
+    VL_HWND none = nullptr;
+    EXPECT_EQ(KELUTIL_Names(7, reinterpret_cast<intptr_t>(&none), 2), 1);
+    EXPECT_EQ(KELUTIL_Names(7, 0, 2), 1);
+#ifndef _WIN32
+    // Natively no handle names a window.
+    auto fake = reinterpret_cast<VL_HWND>(static_cast<uintptr_t>(0x1234));
+    EXPECT_EQ(KELUTIL_Names(7, reinterpret_cast<intptr_t>(&fake), 2), 1);
+#endif
+}
+
+// All tables through the listing: 68 classes, 523 names, no name twice in
+// a table, every listed name found again, and no id twice in a table.
+TEST_F(Names, TablesHaveTheirShape) {
+    const std::set<uint32_t> without = {0,  9,  11, 17, 19, 23, 25, 28, 30, 34, 36, 38, 40, 42, 44, 48, 50, 52,
+                                        54, 56, 58, 60, 62, 64, 66, 68, 72, 74, 76, 82, 83, 85, 87, 95, 101};
+    int classes = 0, names = 0;
+    for (uint32_t k = 0; k <= 102; ++k) {
+        SCOPED_TRACE("class " + std::to_string(k));
+        const auto rows = listing(k);
+        EXPECT_EQ(rows.empty(), without.contains(k));
+        if (!rows.empty()) ++classes;
+        names += static_cast<int>(rows.size());
+        std::set<std::string> seen;
+        std::set<int32_t> ids;
+        for (const auto& line : rows) {
+            ASSERT_EQ(line.rfind("type ", 0), 0u) << line;
+            const std::string name = line.substr(5);
+            EXPECT_TRUE(seen.insert(name).second) << name;
+            const int32_t id = lookup(k, name.c_str());
+            EXPECT_NE(id, kNotFound) << name;
+            EXPECT_TRUE(ids.insert(id).second) << name;
+        }
+    }
+    EXPECT_EQ(classes, 68);
+    EXPECT_EQ(names, 523);
+}
+
+// The verb classes number every entry from 0x8000 up.
+TEST_F(Names, VerbClassesAreHigh) {
+    for (uint32_t k : {3u, 13u, 15u, 21u, 32u, 78u, 81u, 89u, 91u, 93u}) {
+        SCOPED_TRACE("class " + std::to_string(k));
+        for (const auto& line : listing(k)) EXPECT_GE(lookup(k, line.c_str() + 5), 0x8000) << line;
+    }
+}
+
+// The start of the library fills the table.
+TEST(NamesStart, MainFillsTheTable) {
+    ASSERT_EQ(KELUTIL_Main(nullptr, 6100, 0, 0), 3783u);
+    EXPECT_EQ(lookup(1, "ADDCOL"), 1);
+}
+
+}  // namespace
