@@ -56,7 +56,7 @@ set(VLCORE_SOURCES
   src/math/random.cpp
   src/math/small_functions.cpp
   src/math/sort.cpp
-  src/math/special.cpp
+  src/math/gamma_functions.cpp
   src/math/state.cpp
   src/platform/common.cpp
   src/text/bracket.cpp

@@ -74,7 +74,7 @@ double bessel_y0(double x) noexcept;
 double bessel_y1(double x) noexcept;
 double bessel_yn(const double* x_n) noexcept;
 
-// ---- Gamma, beta and error functions (special.cpp) ------------------------
+// ---- Gamma, beta and error functions (gamma_functions.cpp) ------------------------
 
 double gammln(double x) noexcept;
 double incomp_beta(const double* x_a_b) noexcept;
