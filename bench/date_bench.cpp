@@ -3,9 +3,13 @@
 
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <cstdint>
+#include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "bench_main.h"
@@ -98,5 +102,71 @@ const vlbench::Compare kDateTime("BM_date2str/date_time", "BM_strftime/date_time
 // and against gmtime_r alone for a closer look.
 const vlbench::Compare kRecord("BM_cvtdouble", "BM_strftime/short_date", 0.333);
 const vlbench::Compare kRecordOnly("BM_cvtdouble", "BM_gmtime", 0);
+
+}  // namespace
+
+// Text to dates, format 0, against strptime on the same texts: typical
+// columns of data files.
+namespace {
+
+struct Column {
+    std::vector<std::string> texts;
+    const char* picture;  // the same texts for strptime
+};
+
+const Column& column(int which) {
+    static const std::array<Column, 3> columns = [] {
+        std::array<Column, 3> c = {Column{{}, "%m/%d/%y"}, Column{{}, "%Y-%m-%d %H:%M"}, Column{{}, "%b %d, %Y"}};
+        static const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                        "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+        std::mt19937 rng(11);
+        for (int i = 0; i < 4096; ++i) {
+            const int y = 1950 + static_cast<int>(rng() % 90), m = 1 + static_cast<int>(rng() % 12),
+                      d = 1 + static_cast<int>(rng() % 28), h = static_cast<int>(rng() % 24),
+                      mi = static_cast<int>(rng() % 60);
+            char t[40];
+            std::snprintf(t, sizeof t, "%d/%d/%02d", m, d, y % 100);
+            c[0].texts.emplace_back(t);
+            std::snprintf(t, sizeof t, "%04d-%02d-%02d %02d:%02d", y, m, d, h, mi);
+            c[1].texts.emplace_back(t);
+            std::snprintf(t, sizeof t, "%s %d, %d", kMonths[m - 1], d, y);
+            c[2].texts.emplace_back(t);
+        }
+        return c;
+    }();
+    return columns[which];
+}
+
+void BM_str2date(benchmark::State& state, int which) {
+    const auto& texts = column(which).texts;
+    char text[40];
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const std::string& s = texts[i++ & 4095];
+        std::memcpy(text, s.c_str(), s.size() + 1);
+        benchmark::DoNotOptimize(KELUTIL_str2date(text, 0, 0));
+    }
+}
+
+void BM_strptime(benchmark::State& state, int which) {
+    const Column& c = column(which);
+    std::size_t i = 0;
+    for (auto _ : state) {
+        std::tm t{};
+        benchmark::DoNotOptimize(strptime(c.texts[i++ & 4095].c_str(), c.picture, &t));
+        benchmark::DoNotOptimize(t);
+    }
+}
+
+BENCHMARK_CAPTURE(BM_str2date, numbers, 0);
+BENCHMARK_CAPTURE(BM_strptime, numbers, 0);
+BENCHMARK_CAPTURE(BM_str2date, iso_time, 1);
+BENCHMARK_CAPTURE(BM_strptime, iso_time, 1);
+BENCHMARK_CAPTURE(BM_str2date, month_name, 2);
+BENCHMARK_CAPTURE(BM_strptime, month_name, 2);
+
+const vlbench::Compare kReadNumbers("BM_str2date/numbers", "BM_strptime/numbers", 0.5);
+const vlbench::Compare kReadIso("BM_str2date/iso_time", "BM_strptime/iso_time", 0.5);
+const vlbench::Compare kReadName("BM_str2date/month_name", "BM_strptime/month_name", 0.5);
 
 }  // namespace

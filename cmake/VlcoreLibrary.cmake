@@ -39,12 +39,16 @@ set(VLCORE_SOURCES
   src/data/section_filename.cpp
   src/data/section_mem.cpp
   src/datetime/calendar.cpp
+  src/datetime/custom.cpp
+  src/datetime/custom_parse.cpp
   src/datetime/cvtdouble.cpp
   src/datetime/date2str.cpp
   src/datetime/date_core.cpp
+  src/datetime/dateinc.cpp
   src/datetime/regional.cpp
   src/datetime/state.cpp
   src/datetime/step_units.cpp
+  src/datetime/str2date.cpp
   src/datetime/time_text.cpp
   src/frame/main.cpp
   src/math/distributions.cpp
@@ -79,6 +83,7 @@ if(WIN32)
     src/platform/win32/dllmain.cpp
     src/platform/win32/files.cpp
     src/platform/win32/memory.cpp
+    src/platform/win32/picture.cpp
     src/platform/win32/profile.cpp
     src/platform/win32/strings.cpp
     src/platform/win32/system.cpp
@@ -92,6 +97,7 @@ else()
     src/platform/posix/clock.cpp
     src/platform/posix/load.cpp
     src/platform/posix/memory.cpp
+    src/platform/posix/picture.cpp
     src/platform/posix/profile.cpp
     src/platform/posix/strings.cpp
     src/platform/posix/system.cpp

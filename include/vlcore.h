@@ -574,6 +574,60 @@ int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char *out);
  * cut in place.  An empty text answers VL_MISSING_VALUE. */
 double VLAPI KELUTIL_str2time(char *text, uint32_t format);
 
+/* Reads a date from text.  `flags` (low 16 bits, bit 128 aside): 3 answers
+ * now with its time of day, 4 the marker 0.666666, 1024 a weekday (0-6, or
+ * the start of its name), 2048 a month (1-12, or the start of its name),
+ * 4096 a length such as "3 weeks" in days; anything else reads a date by
+ * `format` (0-18 the printing formats, 19 and 20 the custom slots, above
+ * 20 format 0).  Day, month and year come in the order of the regional
+ * picture, not guessed from their size; a missing year or day is today's,
+ * a month may be named, a time may follow after a blank.  A text that
+ * doesn't fit its format is read once more as a short date.  Bit 128 reads
+ * the whole date compact (YYMMDD) or by the short picture.
+ * Choices of this library: the caller's text is only read, never written;
+ * a custom picture that names no day, month, year or time takes them from
+ * today at midnight; a weekday or year format given a text with
+ * delimiters (3/5/99) reads it as a short date.  Answers VL_MISSING_VALUE
+ * for a text that gives no date. */
+double VLAPI KELUTIL_str2date(char *text, uint32_t flags, uint32_t format);
+/* The same as KELUTIL_str2date. */
+double VLAPI KELUTIL_str2date_ex(char *text, uint32_t flags, uint32_t format);
+
+/* The custom date formats 19 (slot 0) and 20 (slot 1).  A picture uses d
+ * dd ddd dddd, M MM MMM MMMM, y yy yyyy, h hh H HH, m mm, s ss, t tt, text
+ * in apostrophes, and "'.'#" to "'.'####" for decimals of the second.
+ * Operations (low 16 bits): 0 sets the slot's picture from `text` (an
+ * empty text sets the default, "M'-'d'-'yyyy" or "hh':'mm':'ss'.'####");
+ * 1 copies the picture to `text` (61 bytes); 2 sets both defaults; 256
+ * answers 19.  A picture with no date or time letter, longer than 60
+ * characters or with more than four "#" leaves the slot as it was.
+ * Answers 0 but for 256. */
+uint16_t VLAPI KELUTIL_custom_date_format(int32_t slot, uint32_t operation, char *text);
+/* Prints a date value by custom slot 0 or 1 into `out` (61 bytes).
+ * Answers 0, or 1 when it can't (a date before 1601, a picture whose
+ * fraction has no seconds to follow). */
+int32_t VLAPI KELUTIL_date2str_custom(double value, int32_t slot, char *out);
+
+/* Moves dates.  Operations (low 16 bits):
+ *  0 adds the step *(double *)argument, in days;
+ *  1 steps in calendar units: a step of whole months (31 days each),
+ *    quarters (91) or years (365) moves the month or year and keeps the day
+ *    and time; other steps are added as days;
+ *  2 snaps the step in *date to a whole count of a unit, and to exactly a
+ *    week, month or quarter near one; 3 then answers 16, 32 or 64 for
+ *    these (0 otherwise);
+ *  4 moves to weekday `argument` (low byte, 0 Sunday) of the date's week;
+ *  5 reads the text `argument`: a day of the month (1-31) or a weekday
+ *    name sets it at midnight, anything else is read as a date;
+ *  7 and 8 move to the 1st of the month, or of the next month when the day
+ *    lies more than 17 (15) days past day `argument` or before it.
+ * Choices of this library: a month, quarter or year step or a day that
+ * lands on a day its month lacks stops at the month's last day (31 January
+ * plus one month is the last day of February); a weekday move crossing a
+ * month boundary lands in the neighbouring month; a record that gives no
+ * date leaves *date as it was.  Answers 0, except for operation 3. */
+int32_t VLAPI KELUTIL_dateinc(double *date, intptr_t argument, uint32_t operation);
+
 /* ------------------------------------------------------------------------
  * Movable memory blocks (native builds only)
  *

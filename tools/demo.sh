@@ -53,5 +53,7 @@ show names 2 'COL#'
 show date 2460374.5452430556
 show date 2460374.5452430556 33292
 show date 7 4096
+show parsedate '3/5/2024 1:05:09 PM' 10
+show parsedate 'Mar 5, 2024'
 show time 1.5 0
 show time 0.5452459490740741

@@ -15,9 +15,7 @@
 namespace vl::datetime {
 namespace {
 
-// Rows 0 to 18 of the format table; row 19 holds style 0.
-constexpr uint16_t kFormatTable[20] = {4,     1, 20,    32,    48,    68,    66,  129, 128, 32772,
-                                       32780, 3, 32771, 32779, 33283, 33291, 276, 274, 352, 0};
+constexpr const uint16_t (&kFormatTable)[20] = kDateFormatTable;
 constexpr uint16_t kCustomFirst = 19, kCustomLast = 20;
 
 // Bits of the format word tested before the table.
@@ -117,9 +115,9 @@ uint16_t print(double value, uint16_t word, char* out) noexcept {
         put_missing(out);
         return 0;
     }
-    // 2. The custom slots have no pictures of their own yet.
+    // 2. The custom slots, "--" when their picture can't print the date.
     if (word == kCustomFirst || word == kCustomLast) {
-        put_missing(out);
+        if (KELUTIL_date2str_custom(value, word - kCustomFirst, out) != 0) put_missing(out);
         return 0;
     }
     // 3.-4. A month or weekday given by its number.

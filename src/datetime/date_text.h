@@ -21,6 +21,10 @@ enum DateStyle : uint16_t {
 };
 enum DateLayout : uint16_t { kLayoutLong = 1, kLayoutCompact = 3, kLayoutShort = 4 };
 
+// The style words of date formats 0 to 18; row 19 holds style 0.
+inline constexpr uint16_t kDateFormatTable[20] = {4,     1, 20,    32,    48,    68,    66,  129, 128, 32772,
+                                                  32780, 3, 32771, 32779, 33283, 33291, 276, 274, 352, 0};
+
 // Turns the fields of a picture into the steps the printer walks.
 void compile_picture(std::span<const char[kFieldSize]> fields, CompiledPicture& out) noexcept;
 

@@ -1,5 +1,7 @@
 #include "datetime/state.h"
 
+#include "datetime/custom.h"
+
 namespace vl::datetime {
 
 DateRecord working_record{};
@@ -7,6 +9,8 @@ double last_seconds = 0.0;
 int32_t time_zone_offset = 0;
 DateRecord scratch_record{};
 double period = 0.0;
+double last_step = 0.0;
+CustomSlot custom_slots[2] = {};
 RegionalDateTables regional_date_tables;
 
 }  // namespace vl::datetime

@@ -19,6 +19,10 @@ extern int32_t time_zone_offset;
 extern DateRecord scratch_record;
 // Days at which printed times wrap; 0 means no wrapping.
 extern double period;
+// What KELUTIL_dateinc passes on: a step kind after snapping a step, a
+// date value after the other operations.
+extern double last_step;
+// custom_slots is declared in custom.h.
 // regional_date_tables (with the language flag) is declared in regional.h.
 
 }  // namespace vl::datetime

@@ -128,6 +128,23 @@ int32_t time_zone_refresh() noexcept;
 // _daylight = 0.
 void clear_daylight() noexcept;
 
+// ---- Date and time pictures --------------------------------------------------
+// The system time record of the picture operations (SYSTEMTIME): month 1 to
+// 12, day of week 0 (Sunday) to 6.
+struct SystemTime {
+    uint16_t year, month, day_of_week, day, hour, minute, second, milliseconds;
+};
+// GetDateFormatA and GetTimeFormatA for the user's default locale, flags 0:
+// the date or the time of `t` by `picture` (d dd ddd dddd, M MM MMM MMMM, y
+// yy yyyy, g; h hh H HH m mm s ss t tt; text in apostrophes, '' inside them
+// an apostrophe).  Letters of the other kind and all other characters are
+// copied.  Answers the characters written with the terminator, or 0 when the
+// text does not fit `out` or the record is not a date (year before 1601, no
+// such day) or not a time (hour above 23 and so on).  An empty picture gives
+// an empty text and 1.  Natively the names are those of the string table.
+int32_t date_picture(const SystemTime& t, const char* picture, std::span<char> out) noexcept;
+int32_t time_picture(const SystemTime& t, const char* picture, std::span<char> out) noexcept;
+
 // ---- Bessel functions -----------------------------------------------------
 // The runtime's Bessel functions of the first (j) and second (y) kind:
 // _j0 and its family on Windows, j0 and its family natively.  Values agree

@@ -10,6 +10,7 @@
 //   vlcore package FILE [NAME]        the members of a package, or one member
 //   vlcore names CLASS [NAME]         the names of a class, or one name's id
 //   vlcore date VALUE [FORMAT]        a date value printed by a date format
+//   vlcore parsedate TEXT [FORMAT]    a date read from text, and printed back
 //   vlcore time VALUE [FORMAT]        the time in a value printed by a time format
 
 #include <cctype>
@@ -49,6 +50,9 @@ int usage(const char* why = nullptr) {
         "  date VALUE [FORMAT]\n"
         "                 print a date value (2460374.5 is 5 March 2024, noon) by a date format,\n"
         "                 0 to 18 or a style word; without FORMAT all of 0 to 18\n"
+        "  parsedate TEXT [FORMAT]\n"
+        "                 read a date from TEXT by a date format (default 0, the short picture),\n"
+        "                 print its value and the date read back by the same format\n"
         "  time VALUE [FORMAT]\n"
         "                 print the time of day in VALUE (or a length in days) by a time format,\n"
         "                 0 to 12; without FORMAT all of them\n",
@@ -304,8 +308,9 @@ int cmd_names(int argc, char** argv) {
 
 // A date or a time by one format, or by every row of its table.
 int cmd_date_time(int argc, char** argv, bool date) {
-    if (argc != 3 && argc != 4) return usage(date ? "'date' takes a VALUE and an optional FORMAT"
-                                                  : "'time' takes a VALUE and an optional FORMAT");
+    if (argc != 3 && argc != 4)
+        return usage(date ? "'date' takes a VALUE and an optional FORMAT"
+                          : "'time' takes a VALUE and an optional FORMAT");
     std::vector<char> value_text(argv[2], argv[2] + std::strlen(argv[2]) + 1);
     const double value = KELUTIL_str2real(value_text.data());
     if (value == VL_MISSING_VALUE) return usage("VALUE is not a number");
@@ -322,6 +327,23 @@ int cmd_date_time(int argc, char** argv, bool date) {
             KELUTIL_time2str(value, static_cast<uint32_t>(f), out);
         std::printf("%5" PRId32 "  %s\n", f, out);
     }
+    return 0;
+}
+
+// A date read from text by a format, and the same date printed back.
+int cmd_parsedate(int argc, char** argv) {
+    if (argc != 3 && argc != 4) return usage("'parsedate' takes a TEXT and an optional FORMAT");
+    int32_t format = 0;
+    if (argc == 4 && !KELUTIL_cvtstr2int(argv[3], &format)) return usage("FORMAT is not a number");
+    std::vector<char> text(argv[2], argv[2] + std::strlen(argv[2]) + 1);
+    const double value = KELUTIL_str2date(text.data(), 0, static_cast<uint32_t>(format));
+    if (value == VL_MISSING_VALUE) {
+        std::printf("no date in \"%s\"\n", argv[2]);
+        return 1;
+    }
+    char out[128] = "";
+    KELUTIL_date2str(value, static_cast<uint32_t>(format), out);
+    std::printf("%.8f  %s\n", value, out);
     return 0;
 }
 
@@ -347,6 +369,7 @@ int main(int argc, char** argv) {
     if (cmd == "section") return cmd_section(argc, argv);
     if (cmd == "package") return cmd_package(argc, argv);
     if (cmd == "names") return cmd_names(argc, argv);
+    if (cmd == "parsedate") return cmd_parsedate(argc, argv);
     if (cmd == "date" || cmd == "time") return cmd_date_time(argc, argv, cmd == "date");
     return usage(("unknown command '" + std::string(cmd) + "'").c_str());
 }

@@ -35,8 +35,9 @@ bool environment_has(const char* name) noexcept { return std::getenv(name) != nu
 bool local_time(int64_t seconds, int32_t (&fields)[9]) noexcept {
     std::tm t{};
     if (g_daylight_cleared) {
-        // Standard time of the zone: UTC less the zone's standard offset.
-        tzset();
+        // Standard time of the zone: UTC less the zone's standard offset, as
+        // the last refresh (time_zone_refresh) left it, like the Windows
+        // runtime's _timezone.
         const auto secs = static_cast<std::time_t>(seconds - timezone);
         if (!gmtime_r(&secs, &t)) return false;
         t.tm_isdst = 0;
