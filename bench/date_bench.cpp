@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <random>
@@ -112,11 +113,48 @@ namespace {
 struct Column {
     std::vector<std::string> texts;
     const char* picture;  // the same texts for strptime
+    // The regional short picture and date separator the column is read
+    // by; null for the library's defaults.
+    const char* short_picture = nullptr;
+    const char* separator = nullptr;
+};
+
+// Regional settings for the length of a run: a profile file that
+// VLCORE_PROFILE names, and the library's reload around it.
+class RegionalPicture {
+  public:
+    RegionalPicture(const char* short_picture, const char* separator) : active_(short_picture != nullptr) {
+        if (!active_) return;
+        if (const char* was = std::getenv("VLCORE_PROFILE")) saved_ = was;
+        if (std::FILE* f = std::fopen(path_.c_str(), "w")) {
+            std::fprintf(f, "[intl]\nsShortDate=%s\nsDate=%s\n", short_picture, separator);
+            std::fclose(f);
+        }
+        setenv("VLCORE_PROFILE", path_.c_str(), 1);
+        KELUTIL_date2str(0.0, 32768, nullptr);
+    }
+    ~RegionalPicture() {
+        if (!active_) return;
+        if (saved_.empty())
+            unsetenv("VLCORE_PROFILE");
+        else
+            setenv("VLCORE_PROFILE", saved_.c_str(), 1);
+        KELUTIL_date2str(0.0, 32768, nullptr);
+        std::remove(path_.c_str());
+    }
+    RegionalPicture(const RegionalPicture&) = delete;
+    RegionalPicture& operator=(const RegionalPicture&) = delete;
+
+  private:
+    bool active_;
+    std::string saved_;
+    std::string path_ = "/tmp/vlcore_bench_regional.ini";
 };
 
 const Column& column(int which) {
     static const std::array<Column, 3> columns = [] {
-        std::array<Column, 3> c = {Column{{}, "%m/%d/%y"}, Column{{}, "%Y-%m-%d %H:%M"}, Column{{}, "%b %d, %Y"}};
+        std::array<Column, 3> c = {Column{{}, "%m/%d/%y"}, Column{{}, "%Y-%m-%d %H:%M", "yyyy-MM-dd", "-"},
+                                   Column{{}, "%b %d, %Y"}};
         static const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                         "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
         std::mt19937 rng(11);
@@ -138,8 +176,17 @@ const Column& column(int which) {
 }
 
 void BM_str2date(benchmark::State& state, int which) {
-    const auto& texts = column(which).texts;
+    const Column& c = column(which);
+    const auto& texts = c.texts;
+    // ISO texts read year first only where the regional picture says so;
+    // by the default month-first picture they hold no date.
+    const RegionalPicture regional(c.short_picture, c.separator);
     char text[40];
+    std::memcpy(text, texts[0].c_str(), texts[0].size() + 1);
+    if (KELUTIL_str2date(text, 0, 0) == VL_MISSING_VALUE) {
+        state.SkipWithError("the column's texts read as no date");
+        return;
+    }
     std::size_t i = 0;
     for (auto _ : state) {
         const std::string& s = texts[i++ & 4095];

@@ -45,6 +45,7 @@ set(VLCORE_SOURCES
   src/datetime/date2str.cpp
   src/datetime/date_core.cpp
   src/datetime/dateinc.cpp
+  src/datetime/numeric_date.cpp
   src/datetime/regional.cpp
   src/datetime/state.cpp
   src/datetime/step_units.cpp

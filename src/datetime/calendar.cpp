@@ -39,13 +39,6 @@ constexpr uint32_t kMonthSlope = 2141;
 constexpr uint32_t kMonthIntercept = 197913;
 constexpr uint32_t kDaysMarchToDecember = 306;
 
-// floor() for the values the calendar takes: a truncation, one less below
-// zero.  Exact for any double of that size.
-inline double floor_in_range(double x) noexcept {
-    const auto t = static_cast<double>(static_cast<int64_t>(x));
-    return t > x ? t - 1.0 : t;
-}
-
 }  // namespace
 
 DateRecord DateTime_Now() noexcept {
@@ -66,23 +59,30 @@ bool DateTime_FromValue(double value, DateRecord& record, int exact) noexcept {
     const double w = value - kDayZero;
     if (!(w <= kHighestOffset && w >= kLowestOffset)) return false;
 
-    // 2. The whole day, before any rounding.
-    const double day = floor_in_range(w);
+    // 2. The whole day, before any rounding, kept as an integer too so that
+    //    it is converted only once.
+    auto whole_day = static_cast<int32_t>(w);
+    if (static_cast<double>(whole_day) > w) --whole_day;
+    const auto day = static_cast<double>(whole_day);
 
     // 3. Seconds of the day: only the time is rounded, so the last half
-    //    second of a day is 00:00:00 of that same day.
+    //    second of a day is 00:00:00 of that same day.  The rounded value
+    //    lies below the next day but one, so its floor is the day or the
+    //    next day, decided by one comparison.
     const double source = exact == 0 ? w + kHalfSecond : w;
-    const auto seconds = static_cast<int32_t>((source - floor_in_range(source)) * kSecondsPerDay);
+    const double source_day = source >= day + 1.0 ? day + 1.0 : day;
+    const auto seconds = static_cast<uint32_t>((source - source_day) * kSecondsPerDay);
 
-    // 4. Days from 1 January of year 0, which was a Saturday.
-    const int32_t a = static_cast<int32_t>(day) + kDayZeroFromYear0;
-    record.tm_wday = (a - 1) % 7;
+    // 4. Days from 1 January of year 0, which was a Saturday; always
+    //    positive within the range of step 1.
+    const auto a = static_cast<uint32_t>(whole_day + kDayZeroFromYear0);
+    record.tm_wday = static_cast<int32_t>((a - 1) % 7);
 
     // 5. Year, month and day.  The count is shifted so that years begin on
     //    1 March (the leap day falls last) and so that it stays positive;
     //    each step is then a multiplication and a shift, with no branch a
     //    random date could mispredict.
-    const uint32_t n = static_cast<uint32_t>(a) + kShiftedYear0;
+    const uint32_t n = a + kShiftedYear0;
     // 5a. Centuries, and the day within the century.
     const uint32_t n1 = 4 * n + 3;
     const uint32_t century = n1 / kDays400Years;
@@ -96,21 +96,30 @@ bool DateTime_FromValue(double value, DateRecord& record, int exact) noexcept {
     const uint32_t n3 = kMonthSlope * day_from_march + kMonthIntercept;
     const uint32_t month = n3 >> 16;
     const uint32_t mday = (n3 & 0xFFFF) / kMonthSlope + 1;
-    // 5d. January and February belong to the next year.
-    const bool early = day_from_march >= kDaysMarchToDecember;
-    const auto year = static_cast<int32_t>(100 * century + year_in_century) - kShiftedYears + (early ? 1 : 0);
+    // 5d. January and February belong to the next year; as a number, so
+    //     that the fields below are sums rather than a branch.
+    const uint32_t early = day_from_march >= kDaysMarchToDecember ? 1 : 0;
+    const auto year = static_cast<int32_t>(100 * century + year_in_century + early) - kShiftedYears;
+    // 5e. Whether the year of this 1 March, its February behind it, is a
+    //     leap year, from the two parts just found: the shift is whole
+    //     400-year cycles, so the year within the century and the century's
+    //     place in its cycle answer it.
+    const bool leap = year_in_century % 4 == 0 && (year_in_century != 0 || century % 4 == 0);
 
     // 6. Into the record; the day of the year counts from 1 January.
     record.tm_year = year;
-    record.tm_mon = static_cast<int32_t>(early ? month - 12 : month) - 1;
+    //    From 1 March the days before are 59 and the leap day; in January
+    //    and February the count of the next year starts a whole year later.
+    const uint32_t leap_day = leap ? 1 : 0;
+    record.tm_mon = static_cast<int32_t>(month - 12 * early) - 1;
     record.tm_mday = static_cast<int32_t>(mday);
-    record.tm_yday = early ? static_cast<int32_t>(day_from_march - kDaysMarchToDecember) + 1
-                           : static_cast<int32_t>(day_from_march) + kDaysBefore[2] + (is_leap(year) ? 1 : 0) + 1;
+    record.tm_yday =
+        static_cast<int32_t>(day_from_march + 1 + kDaysBefore[2] + leap_day - early * (kDaysBefore[12] + leap_day));
 
     // 7. The time of day.
-    record.tm_sec = seconds % 60;
-    record.tm_min = seconds / 60 % 60;
-    record.tm_hour = seconds / 3600;
+    record.tm_sec = static_cast<int32_t>(seconds % 60);
+    record.tm_min = static_cast<int32_t>(seconds / 60 % 60);
+    record.tm_hour = static_cast<int32_t>(seconds / 3600);
     return true;
 }
 

@@ -32,6 +32,12 @@ DateRecord DateTime_Now() noexcept;
 // not a number.  tm_isdst is not written.
 bool DateTime_FromValue(double value, DateRecord& record, int exact) noexcept;
 
+// Mode 0 of DateTime_CvtDouble for the library's own callers, called
+// directly rather than through the exported entry: the record of `value`
+// (0, or 1 when refused) with the seconds, zone and daylight flag left as
+// that mode leaves them.
+int32_t record_of_value(double value, DateRecord& record) noexcept;
+
 // Fields to value (month 1 to 12); a year below 100 is widened (0-44 ->
 // 2000s, 45-99 -> 1900s).  False for a date that does not exist, with
 // kRefusedValue in `value`.

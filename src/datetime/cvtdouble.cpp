@@ -30,7 +30,24 @@ uint32_t to_u32(double x) noexcept {
     return static_cast<uint32_t>(static_cast<int64_t>(x));
 }
 
+// Step 1 of modes 0 and 1: the value's seconds, clamped to 32 bits.
+void leave_seconds(const double* value) noexcept {
+    const double s = value ? *value * kSecondsPerDay : 0.0;
+    last_seconds = s > kMaxSeconds ? kMaxSeconds : s >= 0.0 ? std::trunc(s) : 0.0;
+}
+
 }  // namespace
+
+int32_t record_of_value(double value, DateRecord& record) noexcept {
+    // 1. The value's seconds are left behind first, whatever follows.
+    leave_seconds(&value);
+    // 2. The record; a refused value stops before the zone and the flag.
+    if (!DateTime_FromValue(value, record, 0)) return 1;
+    // 3. The seconds move to the zone, and daylight saving is off.
+    last_seconds += time_zone_offset;
+    platform::clear_daylight();
+    return 0;
+}
 
 }  // namespace vl::datetime
 
@@ -81,17 +98,15 @@ int32_t VLAPI DateTime_CheckDate(VL_DATE_RECORD* record, int32_t flags) {
 int32_t VLAPI DateTime_CvtDouble(double* value, VL_DATE_RECORD* record, uint32_t mode) {
     const auto m = static_cast<uint16_t>(mode);
     // 1. Modes 0 and 1 first leave the value's seconds, clamped to 32 bits.
-    if (m <= 1) {
-        const double s = value ? *value * kSecondsPerDay : 0.0;
-        last_seconds = s > kMaxSeconds ? kMaxSeconds : s >= 0.0 ? std::trunc(s) : 0.0;
-    }
-    // 2. The mode itself.
+    if (m == 1) leave_seconds(value);
+    // 2. The mode itself; mode 0 leaves its seconds on its own.
     switch (m) {
         case 0:
-            if (!value || !record || !DateTime_FromValue(*value, *record, 0)) return 1;
-            last_seconds += time_zone_offset;
-            platform::clear_daylight();
-            return 0;
+            if (!value || !record) {
+                leave_seconds(value);
+                return 1;
+            }
+            return record_of_value(*value, *record);
         case 1: return static_cast<int32_t>(to_u32(last_seconds));
         case 2:
             if (value) *value *= kSecondsPerDay;

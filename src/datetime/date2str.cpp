@@ -141,14 +141,17 @@ uint16_t print(double value, uint16_t word, char* out) noexcept {
     // 8. The override prints the whole date, compact or by the short picture.
     if (override_style) style = (style & kLayoutMask) == kLayoutCompact ? kLayoutCompact : kLayoutShort;
     // 9. The record, then the whole date or one part of it.
-    double v = value;
-    if (DateTime_CvtDouble(&v, &working_record, 0) != 0) {
+    //    The internal calls stand for DateTime_CvtDouble mode 0 and
+    //    DateText_Core, without the way through the exported entries.
+    if (record_of_value(value, working_record) != 0) {
         put_missing(out);
         return 0;
     }
     const DateRecord& r = working_record;
+    char* end = nullptr;
     if ((style & kPartMask) == 0) {
-        if (!DateText_Core(out, style, working_record)) return 0;
+        end = print_date(out, style, working_record);
+        if (!end) return 0;
     } else {
         char first[24] = "", second[16] = "";
         std::string_view separator;
@@ -190,9 +193,9 @@ uint16_t print(double value, uint16_t word, char* out) noexcept {
         uint16_t time_format = style & kStyleSeconds ? kTimeHoursMinutesSeconds : kTimeHoursMinutes;
         if (style & kStyleDigits) time_format = style & kStyleSeconds ? kTimeDigitsSeconds : kTimeDigitsMinutes;
         if (style == kFullestFormat) time_format = kTimeThousandths;
-        TextSink tail = TextSink::behind(out);
+        TextSink tail = end ? TextSink::behind(out, end) : TextSink::behind(out);
         tail.ch(' ');
-        KELUTIL_time2str(value, time_format, tail.end());
+        print_time(value, time_format, tail.end());
     }
     return 0;
 }

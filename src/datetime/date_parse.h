@@ -8,6 +8,12 @@ namespace vl::datetime {
 
 inline constexpr int kNameRow = 15;
 
+// KELUTIL_str2date's reading of a date by a format (0 to 20; higher reads
+// as 0) for the flag words that ask for one; `flags` matters only for its
+// short-picture override.  Every text goes the whole way, the quick road
+// of Date_ReadNumeric is not tried.
+double Date_ReadGeneral(const char* text, uint16_t flags, uint16_t format) noexcept;
+
 // A number or a name of `table` (rows of kNameRow bytes).  With base >= 0 a
 // text that reads as a number decides alone: found when base <= number <
 // base + count.  Otherwise the first row that the text begins (case

@@ -37,4 +37,8 @@ inline constexpr uint16_t kLoadTables = 32768;
 // true when it wrote a date.
 bool DateText_Core(char* text, uint16_t style, DateRecord& record) noexcept;
 
+// The printing of DateText_Core alone: answers the end of the text written,
+// or null (the text as it was) for a layout it doesn't print.
+char* print_date(char* text, uint16_t style, const DateRecord& record) noexcept;
+
 }  // namespace vl::datetime

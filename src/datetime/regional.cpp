@@ -126,6 +126,11 @@ void regional_tables_load() {
     // 8.-9. Month and weekday names.
     load_names(kFirstMonthString, 12, t.month_names, t.month_abbreviations);
     load_names<8, 8>(kFirstWeekdayString, 7, t.weekday_names, nullptr);
+    // 10. The lengths of the names, for the printer.
+    for (std::size_t i = 0; i < std::size(t.month_names); ++i)
+        t.month_name_lengths[i] = static_cast<uint8_t>(strnlen(t.month_names[i], sizeof t.month_names[i]));
+    for (std::size_t i = 0; i < std::size(t.weekday_names); ++i)
+        t.weekday_name_lengths[i] = static_cast<uint8_t>(strnlen(t.weekday_names[i], sizeof t.weekday_names[i]));
 }
 
 }  // namespace vl::datetime

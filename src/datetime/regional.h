@@ -52,6 +52,9 @@ struct RegionalDateTables {
     char month_abbreviations[12][8] = {};
     char month_names[13][15] = {};   // the 13th stays empty
     char weekday_names[8][15] = {};  // the 8th stays empty
+    // Their lengths, measured at load so that printing needn't.
+    uint8_t month_name_lengths[13] = {};
+    uint8_t weekday_name_lengths[8] = {};
     // The two pictures ready for printing.
     CompiledPicture short_steps;
     CompiledPicture long_steps;

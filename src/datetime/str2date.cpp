@@ -8,6 +8,7 @@
 #include "datetime/custom.h"
 #include "datetime/date_parse.h"
 #include "datetime/date_text.h"
+#include "datetime/numeric_date.h"
 #include "datetime/state.h"
 #include "datetime/step_units.h"
 #include "datetime/time_text.h"
@@ -258,7 +259,9 @@ uint16_t tail_format(uint16_t style, bool custom) noexcept {
     return style & kStyleSeconds ? kTimeDigitsSeconds : kTimeDigitsMinutes;
 }
 
-double read_date(const char* original, uint16_t flags, uint16_t format) noexcept {
+}  // namespace
+
+double Date_ReadGeneral(const char* original, uint16_t flags, uint16_t format) noexcept {
     // 1. Nothing, or a negative number: no date.
     if (!original[0] || original[0] == '-') return MISSING_VALUE;
     WorkText work(original);
@@ -323,8 +326,6 @@ double read_date(const char* original, uint16_t flags, uint16_t format) noexcept
     return value;
 }
 
-}  // namespace
-
 bool Name_Lookup(const char* text, int32_t& number, const char (*table)[kNameRow], int32_t count,
                  int32_t base) noexcept {
     if (!text) return false;
@@ -359,8 +360,14 @@ extern "C" {
 
 double VLAPI KELUTIL_str2date(char* text, uint32_t flags, uint32_t format) {
     const auto f = static_cast<uint16_t>(flags & 0xFFFF & ~kShortOverride);
-    const RegionalDateTables& t = regional_date_tables;
+    // Format 0, and the unknown formats that read as it, first try the
+    // quick road for three plain numbers, before anything else is asked.
     double value = 0.0;
+    const auto f16 = static_cast<uint16_t>(format);
+    const bool special =
+        f == kNowValue || f == kMarker || f == kWeekdayNumber || f == kMonthNumber || f == kStepQuantity;
+    if (!special && text && (f16 == 0 || f16 > kLastFormat) && Date_ReadNumeric(text, value)) return value;
+    const RegionalDateTables& t = regional_date_tables;
     switch (f) {
         case kNowValue:
             start_at_now();
@@ -379,7 +386,7 @@ double VLAPI KELUTIL_str2date(char* text, uint32_t flags, uint32_t format) {
             DateTime_UnitValue(&value, kUnitRead, work.text());
             return value;
         }
-        default: return read_date(text, static_cast<uint16_t>(flags), static_cast<uint16_t>(format));
+        default: return Date_ReadGeneral(text, static_cast<uint16_t>(flags), static_cast<uint16_t>(format));
     }
 }
 

@@ -70,30 +70,16 @@ uint16_t time_style(uint16_t format) noexcept {
     return format < std::size(kTimeFormats) ? kTimeFormats[format] : 0;
 }
 
-}  // namespace vl::datetime
-
-using namespace vl;
-using namespace vl::datetime;
-
-extern "C" {
-
-int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char* out) {
-    const auto word = static_cast<uint16_t>(format);
-    // Without a buffer the word is a command: 0 sets the period (in hours),
-    // 4096 asks for the finest time format.
-    if (!out) {
-        if (word == 0) period = value * kDaysPerHour;
-        return word == kFinestQuestion ? kFinestFormat : 0;
-    }
+char* print_time(double value, uint16_t word, char* out) noexcept {
     TextSink text(out);
     // 1. No value.
     if (value == MISSING_VALUE) {
         text.text("--");
-        return 0;
+        return text.end();
     }
     const uint16_t style = time_style(word);
     // 2. Colons only between parts, and not in the plain form.
-    const std::string_view sep = (style & kTimeMinutes) && !(style & kTimePlain) ? ":" : "";
+    const std::string_view sep = (style & kTimeMinutes) && !(style & kTimePlain) ? std::string_view(":") : "";
     // 3.-5. The whole days, and what is left of the value: a wrapped value
     //       keeps a whole period rather than falling to zero.
     double days = std::trunc(value);
@@ -109,7 +95,7 @@ int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char* out) {
     double x = (r + kNudge) * 24.0;
     if (!(std::fabs(x) <= kMostHours)) {
         text.text("--");
-        return 0;
+        return text.end();
     }
     auto hours = static_cast<int64_t>(x);
     x = (x - static_cast<double>(hours)) * 60.0;
@@ -153,6 +139,25 @@ int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char* out) {
     }
     // 13. Morning or afternoon by the hour of the day.
     if (style & kTimeTwelve) text.text(hour_of_day < 12 ? " AM" : " PM");
+    return text.end();
+}
+
+}  // namespace vl::datetime
+
+using namespace vl;
+using namespace vl::datetime;
+
+extern "C" {
+
+int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char* out) {
+    const auto word = static_cast<uint16_t>(format);
+    // Without a buffer the word is a command: 0 sets the period (in hours),
+    // 4096 asks for the finest time format.
+    if (!out) {
+        if (word == 0) period = value * kDaysPerHour;
+        return word == kFinestQuestion ? kFinestFormat : 0;
+    }
+    print_time(value, word, out);
     return 0;
 }
 

@@ -29,4 +29,8 @@ inline constexpr uint16_t kTimeThousandths = 10;
 // alone.
 uint16_t time_style(uint16_t format) noexcept;
 
+// KELUTIL_time2str with a buffer, for the library's own callers: answers
+// the end of the text written.
+char* print_time(double value, uint16_t word, char* out) noexcept;
+
 }  // namespace vl::datetime

@@ -1,0 +1,131 @@
+// The quick road of the date reader against the general one: on many
+// generated texts, wherever the quick road takes a text it must give the
+// same value and leave the same shared state, and where it doesn't it must
+// leave the state alone.
+
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "datetime/date_parse.h"
+#include "datetime/numeric_date.h"
+#include "datetime/state.h"
+#include "pinned_today.h"
+#include "support.h"
+#include "text/text.h"
+#include "vlcore.h"
+
+namespace {
+
+using namespace vl::datetime;
+
+// What a reading may leave behind besides its value.
+struct Trace {
+    DateRecord working;
+    DateRecord scratch;
+    uint8_t number_error;
+    bool operator==(const Trace& o) const {
+        return std::memcmp(&working, &o.working, sizeof working) == 0 &&
+               std::memcmp(&scratch, &o.scratch, sizeof scratch) == 0 && number_error == o.number_error;
+    }
+};
+
+Trace trace() { return {working_record, scratch_record, vl::text::number_error_flag}; }
+
+// A state no reading leaves, set before each one.
+void set_marks() {
+    working_record = DateRecord{1, 2, 3, 4, 5, 6, 7, 8, 1};
+    scratch_record = DateRecord{9, 9, 9, 9, 9, 9, 9, 9, 9};
+    vl::text::number_error_flag = 1;
+}
+
+// Texts near the quick road's edges: numbers of zero to five digits, in and
+// out of range, separators good and bad, times plain and not, blanks
+// around.
+std::string generated_text(std::mt19937& rng) {
+    auto pick = [&](int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); };
+    // Half the texts keep to well-formed parts, where the quick road goes.
+    const bool clean = pick(2) == 0;
+    auto number = [&]() -> std::string {
+        switch (clean ? 4 + pick(6) : pick(10)) {
+            case 0: return std::to_string(pick(100000));
+            case 1: return pick(4) == 0 ? "" : "x";
+            case 2: return "-" + std::to_string(pick(10));
+            case 3: return "+" + std::to_string(pick(10));
+            case 4: return std::to_string(1900 + pick(200));
+            case 5: return "0" + std::to_string(pick(10));
+            default: return std::to_string(pick(35));
+        }
+    };
+    const char* const separators[] = {"/", "-", ".", "/", "-", ".", ",", " ", "//", ":", "a"};
+    const char* const times[] = {"",       "",        "",         " 13:05",    " 1:05",   " 23:59:59", " 9:5:7",
+                                 " 24:00", " 99:99",  " 1:05 PM", " 12:30 am", " 12:30:", " 123:4",    " x",
+                                 " words", "  12:30", " 1:2:3:4", " 12:30 ",   ":"};
+    std::string text;
+    if (!clean && pick(4) == 0) text += " ";
+    text += number();
+    const int parts = !clean && pick(4) == 0 ? 1 + pick(4) : 3;
+    for (int i = 1; i < parts; ++i) text += separators[pick(clean ? 6 : std::size(separators))] + number();
+    text += times[pick(clean ? 7 : std::size(times))];
+    if (!clean && pick(4) == 0) text += " ";
+    return text;
+}
+
+class QuickRoad : public vltest::PinnedToday {};
+
+TEST_F(QuickRoad, ReadsAsTheGeneralReaderDoes) {
+    // Pictures the quick road takes, then pictures it leaves alone.
+    const struct {
+        vltest::Intl intl;
+        bool quick;
+    } settings[] = {
+        {{}, true},
+        {{.iDate = "1", .sShortDate = "dd/MM/yyyy"}, true},
+        {{.sDate = "-", .sShortDate = "yyyy-MM-dd"}, true},
+        {{.iDate = "1", .sDate = ".", .sShortDate = "d.M.yy"}, true},
+        {{.sShortDate = "MM/yy"}, false},
+        {{.sShortDate = "dd/dd/yy"}, false},
+        {{.sShortDate = "YY/MM/dd"}, false},
+    };
+    std::mt19937 rng(2024);
+    for (const auto& [intl, quick_picture] : settings) {
+        apply(intl);
+        int taken = 0, failures = 0;
+        for (int i = 0; i < 20000 && failures < 5; ++i) {
+            const std::string text = generated_text(rng);
+            SCOPED_TRACE("\"" + text + "\" by " + (intl.sShortDate ? intl.sShortDate : "the default picture"));
+            set_marks();
+            const Trace before = trace();
+            double quick = 0.0;
+            const bool took = Date_ReadNumeric(text.c_str(), quick);
+            const Trace quick_trace = trace();
+            set_marks();
+            const double general = Date_ReadGeneral(text.c_str(), 0, 0);
+            const Trace general_trace = trace();
+            set_marks();
+            std::vector<char> buffer = vltest::writable(text);
+            const double entry = KELUTIL_str2date(buffer.data(), 0, 0);
+            const Trace entry_trace = trace();
+            const bool same_entry = vltest::bits(entry) == vltest::bits(general) && entry_trace == general_trace;
+            const bool same_quick =
+                !took || (vltest::bits(quick) == vltest::bits(general) && quick_trace == general_trace);
+            const bool untouched = took || quick_trace == before;
+            if (!same_entry || !same_quick || !untouched) {
+                ADD_FAILURE() << "quick " << took << " " << quick << ", general " << general << ", entry " << entry
+                              << "; same entry " << same_entry << ", same quick " << same_quick << ", untouched "
+                              << untouched;
+                ++failures;
+            }
+            taken += took;
+        }
+        // The generated texts must exercise the quick road, or nothing is
+        // shown; a picture without day, month and year once each never does.
+        if (quick_picture)
+            EXPECT_GT(taken, 2000);
+        else
+            EXPECT_EQ(taken, 0);
+    }
+}
+
+}  // namespace
