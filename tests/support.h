@@ -5,6 +5,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -44,6 +45,18 @@ inline std::vector<char> writable(const std::string& s, std::size_t slack = 8) {
     std::vector<char> v(s.size() + 1 + slack, static_cast<char>(kPoison));
     std::memcpy(v.data(), s.c_str(), s.size() + 1);
     return v;
+}
+
+// Sets or (with null) removes an environment variable, on every target.
+inline void set_env(const char* name, const char* value) {
+#ifdef _WIN32
+    _putenv_s(name, value ? value : "");
+#else
+    if (value)
+        setenv(name, value, 1);
+    else
+        unsetenv(name);
+#endif
 }
 
 inline uint64_t bits(double d) { return std::bit_cast<uint64_t>(d); }

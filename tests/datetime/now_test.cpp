@@ -12,17 +12,7 @@
 namespace {
 
 using namespace vl::datetime;
-
-void set_env(const char* name, const char* value) {
-#ifdef _WIN32
-    _putenv_s(name, value ? value : "");
-#else
-    if (value)
-        setenv(name, value, 1);
-    else
-        unsetenv(name);
-#endif
-}
+using vltest::set_env;
 
 // Now is pinned and the zone is UTC, so local time is the pinned instant.
 class PinnedNow : public ::testing::Test {

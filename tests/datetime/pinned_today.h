@@ -8,19 +8,9 @@
 
 #include "civil.h"
 #include "regional_settings.h"
+#include "support.h"
 
 namespace vltest {
-
-inline void set_env(const char* name, const char* value) {
-#ifdef _WIN32
-    _putenv_s(name, value ? value : "");
-#else
-    if (value)
-        setenv(name, value, 1);
-    else
-        unsetenv(name);
-#endif
-}
 
 inline double day_value(int64_t y, int m, int d) {
     return static_cast<double>(days_from_civil(y, m, d)) + kUnixDayValue;

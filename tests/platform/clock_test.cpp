@@ -7,16 +7,7 @@
 
 namespace {
 
-void set_pin(const char* value) {
-#ifdef _WIN32
-    _putenv_s("VLCORE_NOW", value ? value : "");
-#else
-    if (value)
-        setenv("VLCORE_NOW", value, 1);
-    else
-        unsetenv("VLCORE_NOW");
-#endif
-}
+void set_pin(const char* value) { vltest::set_env("VLCORE_NOW", value); }
 
 TEST(Clock, VlcoreNowPinsTheInstant) {
     const struct {
