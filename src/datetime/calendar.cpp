@@ -103,14 +103,15 @@ bool DateTime_FromValue(double value, DateRecord& record, int exact) noexcept {
     // 5e. Whether the year of this 1 March, its February behind it, is a
     //     leap year, from the two parts just found: the shift is whole
     //     400-year cycles, so the year within the century and the century's
-    //     place in its cycle answer it.
-    const bool leap = year_in_century % 4 == 0 && (year_in_century != 0 || century % 4 == 0);
+    //     place in its cycle answer it.  Bitwise, not short-circuit: one
+    //     year in four is a leap year, which no branch would predict.
+    const uint32_t leap_day =
+        static_cast<uint32_t>((year_in_century % 4 == 0) & ((year_in_century != 0) | (century % 4 == 0)));
 
     // 6. Into the record; the day of the year counts from 1 January.
     record.tm_year = year;
     //    From 1 March the days before are 59 and the leap day; in January
     //    and February the count of the next year starts a whole year later.
-    const uint32_t leap_day = leap ? 1 : 0;
     record.tm_mon = static_cast<int32_t>(month - 12 * early) - 1;
     record.tm_mday = static_cast<int32_t>(mday);
     record.tm_yday =

@@ -54,17 +54,20 @@ constexpr std::size_t kWideStore = 16;
 // Seven steps of at most a letter and a wide store each, and room behind.
 constexpr std::size_t kScratchRoom = kLongFields * (kWideStore + 1) + kWideStore;
 
+// The helpers below are forced inline: each is a few instructions, and a
+// call per step cost more than the step itself.
+
 // Up to 16 characters of a name row (or of the rows behind it, which
 // don't count).  The rows of a table lie one after the other, so a wide
 // load from a row stays within its table.
-char* put_name(char* p, const char* table, std::size_t row, std::size_t length) noexcept {
+[[gnu::always_inline]] inline char* put_name(char* p, const char* table, std::size_t row, std::size_t length) noexcept {
     std::memcpy(p, table + row * kNameRoom, kWideStore);
     return p + length;
 }
 
 // A number below 100: two digits, or one when it is below 10 and no width
 // asks for two; the first digit is overwritten when it doesn't count.
-char* put_small(char* p, uint32_t v, bool two) noexcept {
+[[gnu::always_inline]] inline char* put_small(char* p, uint32_t v, bool two) noexcept {
     const char* pair = kDigitPairs + 2 * v;
     const std::size_t both = two || v >= 10 ? 1 : 0;
     p[0] = pair[0];
@@ -73,7 +76,7 @@ char* put_small(char* p, uint32_t v, bool two) noexcept {
 }
 
 // A year: two digits for 1945 to 2044 (in the short form), else four.
-char* put_year(char* p, int32_t year, bool short_form) noexcept {
+[[gnu::always_inline]] inline char* put_year(char* p, int32_t year, bool short_form) noexcept {
     if (year < 0 || year > 9999) {
         // Out of the calendar: the plain printer.
         TextSink t = TextSink::behind(p, p);
@@ -88,7 +91,7 @@ char* put_year(char* p, int32_t year, bool short_form) noexcept {
 }
 
 // Any other number, as TextSink prints it.
-char* put_number(char* p, int32_t v, int width) noexcept {
+[[gnu::always_inline]] inline char* put_number(char* p, int32_t v, int width) noexcept {
     if (v >= 0 && v < 100) return put_small(p, static_cast<uint32_t>(v), width == 2);
     TextSink t = TextSink::behind(p, p);
     t.number(v, width);
