@@ -69,77 +69,161 @@ constexpr int part_kind(char letter) noexcept {
     return letter == 'y' ? 2 : 3;
 }
 
+// A time of day in days: the hours split into days and the hour of the
+// day, put together in the order of the time reader's own sum.
+inline double time_in_days(int32_t hours, int32_t minutes, int32_t seconds) noexcept {
+    const int32_t q = hours / 24, h = hours % 24;
+    double result = h * kDaysPerHour + static_cast<double>(minutes) * kPerMinute * kDaysPerHour +
+                    static_cast<double>(seconds) * kPerMinute * kPerMinute * kDaysPerHour;
+    result += q;
+    return result;
+}
+
 // The time behind the date when it is "h:mm" or "h:mm:ss" in one or two
 // digits each and nothing else, in days as KELUTIL_str2time reads it with
 // the hours-and-minutes format: no 12-hour marks, whole days of the hours
 // counting above 24.
-bool read_plain_time(const char* p, double& days) noexcept {
-    // 1. Two or three numbers with a colon between each.
-    int32_t part[3] = {};
-    int count = 0;
-    while (count < 3) {
-        const Number n = take_number(p, kMostTimeDigits);
-        if (!n.end) return false;
-        part[count++] = n.value;
-        p = n.end;
-        if (*p != ':') break;
-        ++p;
+inline bool read_plain_time(const char* p, double& days) noexcept {
+    // 1. Hours and minutes with a colon between, then the end or a colon
+    //    and the seconds.
+    const Number hours = take_number(p, kMostTimeDigits);
+    if (!hours.end || *hours.end != ':') return false;
+    const Number minutes = take_number(hours.end + 1, kMostTimeDigits);
+    if (!minutes.end) return false;
+    int32_t seconds = 0;
+    if (*minutes.end) {
+        if (*minutes.end != ':') return false;
+        const Number s = take_number(minutes.end + 1, kMostTimeDigits);
+        if (!s.end || *s.end) return false;
+        seconds = s.value;
     }
-    if (*p || count < 2) return false;
-    // 2. The hours split into days and the hour of the day, put together
-    //    in the order of the time reader's own sum.
-    const int32_t q = part[0] / 24, h = part[0] % 24;
-    double result = h * kDaysPerHour + static_cast<double>(part[1]) * kPerMinute * kDaysPerHour +
-                    static_cast<double>(part[2]) * kPerMinute * kPerMinute * kDaysPerHour;
-    result += q;
-    days = result;
+    // 2. In days.
+    days = time_in_days(hours.value, minutes.value, seconds);
     return true;
+}
+
+// Which field (0 day, 1 month, 2 year) each of the short picture's three
+// parts names, packed two bits a part, or kNoOrder.  The picture changes
+// only when the regional settings are loaded again, so the answer is kept
+// together with the three letters it was found from and worked out again
+// only when they differ.
+constexpr uint32_t kNoOrder = 0x40;
+
+uint32_t order_of(uint32_t letters) noexcept {
+    // 1. Each part's kind by its first letter.
+    int kind[3];
+    for (int i = 0; i < 3; ++i) kind[i] = part_kind(static_cast<char>(letters >> (8 * i)));
+    // 2. Day, month and year once each, or the general reader's business:
+    //    a part would be taken from today or twice.
+    if (kind[0] == 3 || kind[1] == 3 || kind[2] == 3 || kind[0] == kind[1] || kind[0] == kind[2] || kind[1] == kind[2])
+        return kNoOrder;
+    return static_cast<uint32_t>(kind[0] | kind[1] << 2 | kind[2] << 4);
+}
+
+inline uint32_t picture_order() noexcept {
+    // 1. The three letters as one number: the key of the kept answer.
+    const auto& picture = regional_date_tables.short_picture;
+    const uint32_t letters = static_cast<uint8_t>(picture[0][0]) | static_cast<uint8_t>(picture[2][0]) << 8 |
+                             static_cast<uint32_t>(static_cast<uint8_t>(picture[4][0])) << 16;
+    // 2. Letters and answer share one word, so they are always read as a
+    //    pair; nothing is kept before the first call.
+    static uint32_t kept = 0;
+    if ((kept & 0xFFFFFF) == letters && kept >> 24) return (kept >> 24) - 1;
+    const uint32_t order = order_of(letters);
+    kept = letters | (order + 1) << 24;
+    return order;
+}
+
+// Days before each month of a common year; the 13th entry is the year.
+constexpr int32_t kDaysBefore[13] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334, 365};
+// The value of 1 January of year 0 less one day, as the calendar counts.
+constexpr int32_t kValueOfYear0 = 1721059;
+
+// The value of a midnight as DateTime_ToValue gives it, for a month
+// already known to be 1 to 12 and a day 1 to 31; false where it refuses
+// the date.  Its own copy here, so that nothing is called: a call and its
+// checks cost a good part of a whole reading.
+inline bool midnight_value(uint32_t year, uint32_t month, uint32_t day, double& value) noexcept {
+    // 1. Two-digit years: 0-44 are 2000s, 45-99 1900s.  Four digits never
+    //    pass 9999.
+    uint32_t y = year;
+    if (y < 100) y += y < 45 ? 2000 : 1900;
+    // 2. The day within its month.
+    const bool leap = y % 4 == 0 && (y % 100 != 0 || y % 400 == 0);
+    const uint32_t length =
+        static_cast<uint32_t>(kDaysBefore[month] - kDaysBefore[month - 1]) + (month == 2 && leap ? 1 : 0);
+    if (day > length) return false;
+    // 3. Whole days, the leap day not yet passed in January and February.
+    int32_t days = static_cast<int32_t>(y * 365 + y / 4 - y / 100 + y / 400 + day) + kDaysBefore[month - 1];
+    if (leap && month <= 2) --days;
+    value = static_cast<double>(days + kValueOfYear0);
+    return true;
+}
+
+// The three numbers and the time of a text of the quick road's shape.
+struct Shape {
+    int32_t number[3];
+    bool timed;
+    double time;
+};
+
+enum Verdict : int { kTaken = 1, kDeclined = 0 };
+
+// The shape read a character at a time: any text, any length.
+Verdict scalar_shape(const char* text, Shape& shape) noexcept {
+    // 1. Three numbers with a single separator between each.  A digit to
+    //    begin with also rules out the leading weekday, the empty text and
+    //    the negative number.
+    const Number first = take_number(text, kMostDateDigits);
+    if (!first.end || !is_date_separator(*first.end)) return kDeclined;
+    const Number second = take_number(first.end + 1, kMostDateDigits);
+    if (!second.end || !is_date_separator(*second.end)) return kDeclined;
+    const Number third = take_number(second.end + 1, kMostDateDigits);
+    if (!third.end) return kDeclined;
+    shape.number[0] = first.value;
+    shape.number[1] = second.value;
+    shape.number[2] = third.value;
+    // 2. What follows: the end, or a blank.  The date holds neither blank
+    //    nor colon, so the general reader cuts the time off at this blank
+    //    exactly when a colon comes later; without one the words behind
+    //    are tokens past the picture, which don't count.  A plain time is
+    //    tried first, and the rest looked through for a colon only when it
+    //    isn't one.
+    const char* p = third.end;
+    shape.timed = false;
+    shape.time = 0.0;
+    if (*p == ' ') {
+        shape.timed = read_plain_time(p + 1, shape.time);
+        if (!shape.timed)
+            for (const char* q = p + 1; *q; ++q)
+                if (*q == ':') return kDeclined;
+    } else if (*p) {
+        return kDeclined;
+    }
+    return kTaken;
 }
 
 }  // namespace
 
 bool Date_ReadNumeric(const char* text, double& value) noexcept {
-    // 1. Three numbers with a single separator between each.  A digit to
-    //    begin with also rules out the leading weekday, the empty text and
-    //    the negative number.
-    const Number first = take_number(text, kMostDateDigits);
-    if (!first.end || !is_date_separator(*first.end)) return false;
-    const Number second = take_number(first.end + 1, kMostDateDigits);
-    if (!second.end || !is_date_separator(*second.end)) return false;
-    const Number third = take_number(second.end + 1, kMostDateDigits);
-    if (!third.end) return false;
-    // 2. What follows: the end, or a blank.  The date holds neither blank
-    //    nor colon, so the general reader cuts the time off at this blank
-    //    exactly when a colon comes later; without one the words behind
-    //    are tokens past the picture, which don't count.
-    const char* p = third.end;
-    const char* tail = nullptr;
-    if (*p == ' ') {
-        for (const char* q = p + 1; *q; ++q)
-            if (*q == ':') tail = p + 1;
-    } else if (*p) {
-        return false;
-    }
-    double time = 0.0;
-    if (tail && !read_plain_time(tail, time)) return false;
-    // 3. The short picture's three parts take the numbers in order.  Unless
-    //    they name day, month and year once each, a part is taken from
-    //    today or twice: that is the general reader's business.
-    const auto& picture = regional_date_tables.short_picture;
-    const int kind[3] = {part_kind(picture[0][0]), part_kind(picture[2][0]), part_kind(picture[4][0])};
-    if (kind[0] == 3 || kind[1] == 3 || kind[2] == 3 || kind[0] == kind[1] || kind[0] == kind[2] || kind[1] == kind[2])
-        return false;
+    // 1.-2. The numbers and the time.
+    Shape shape;
+    const Verdict verdict = scalar_shape(text, shape);
+    if (verdict != kTaken) return false;
+    // 3. The short picture's three parts take the numbers in order.
+    const uint32_t order = picture_order();
+    if (order == kNoOrder) return false;
     int32_t field[3] = {};
-    field[kind[0]] = first.value;
-    field[kind[1]] = second.value;
-    field[kind[2]] = third.value;
+    field[order & 3] = shape.number[0];
+    field[order >> 2 & 3] = shape.number[1];
+    field[order >> 4] = shape.number[2];
     const int32_t day = field[0], month = field[1], year = field[2];
     // 4. The reading's trace: a full date at midnight in the working
-    //    record, and the number error flag clear after good numbers.  The
-    //    record is put together aside and stored whole: reading it back
-    //    field by field just after storing it stalls the processor longer
+    //    record, and the number error flag clear after good numbers.  Only
+    //    the fields the reading sets are written; the record is not read
+    //    back, as reading just-stored fields stalls the processor longer
     //    than the rest of the reading takes.
-    DateRecord r = working_record;
+    DateRecord& r = working_record;
     r.tm_sec = r.tm_min = r.tm_hour = 0;
     r.tm_mday = day;
     r.tm_mon = month - 1;
@@ -148,22 +232,18 @@ bool Date_ReadNumeric(const char* text, double& value) noexcept {
     // 5. Fields out of range give no date (numbers of four digits are
     //    never negative nor past 9999).
     value = MISSING_VALUE;
-    if (r.tm_mon < 0 || r.tm_mon > 11 || r.tm_mday < 1 || r.tm_mday > 31) {
-        working_record = r;
-        return true;
-    }
-    // 6. The check of the record, which finds it whole, clears the time
-    //    and the daylight flag; the conversion to a value keeps a copy.
+    if (static_cast<uint32_t>(month - 1) > 11 || static_cast<uint32_t>(day - 1) > 30) return true;
+    // 6. The check of the record, which finds it whole, clears the daylight
+    //    flag; the conversion to a value keeps a copy, the weekday and day
+    //    of the year as they stood.
     r.tm_isdst = 0;
-    working_record = r;
-    scratch_record = r;
+    scratch_record = DateRecord{0, 0, 0, day, month - 1, year, r.tm_wday, r.tm_yday, 0};
     // 7. Two-digit years widened, and no date when the day doesn't exist.
     double date = 0.0;
-    if (!DateTime_ToValue(static_cast<uint16_t>(year), static_cast<uint16_t>(month), static_cast<uint16_t>(day), 0, 0,
-                          0, date))
+    if (!midnight_value(static_cast<uint32_t>(year), static_cast<uint32_t>(month), static_cast<uint32_t>(day), date))
         return true;
     // 8. The time of day behind it.
-    value = tail ? date + time : date;
+    value = shape.timed ? date + shape.time : date;
     return true;
 }
 

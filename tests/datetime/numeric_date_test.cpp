@@ -128,4 +128,28 @@ TEST_F(QuickRoad, ReadsAsTheGeneralReaderDoes) {
     }
 }
 
+// The quick road's own calendar arithmetic against the general reader's,
+// on the month ends and leap days of every year a record holds.
+TEST_F(QuickRoad, CountsDaysAsTheGeneralReaderDoes) {
+    apply({});
+    int failures = 0;
+    for (int year = 0; year <= 9999 && failures < 5; ++year) {
+        for (int month = 1; month <= 12; ++month) {
+            for (const int day : {0, 1, 28, 29, 30, 31, 32}) {
+                const std::string text = std::to_string(month) + "/" + std::to_string(day) + "/" + std::to_string(year);
+                double quick = 0.0;
+                set_marks();
+                const bool took = Date_ReadNumeric(text.c_str(), quick);
+                const Trace quick_trace = trace();
+                set_marks();
+                const double general = Date_ReadGeneral(text.c_str(), 0, 0);
+                if (!took || vltest::bits(quick) != vltest::bits(general) || !(quick_trace == trace())) {
+                    ADD_FAILURE() << text << ": quick " << took << " " << quick << ", general " << general;
+                    ++failures;
+                }
+            }
+        }
+    }
+}
+
 }  // namespace
