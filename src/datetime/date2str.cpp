@@ -108,7 +108,33 @@ void print_name(char* out, double value, uint16_t word, const char (*names)[15],
     join(out, first, {}, {}, word);
 }
 
-uint16_t print(double value, uint16_t word, char* out) noexcept {
+// Step 12: the time of day behind the date, from `tail` on.
+void print_time_tail(double value, uint16_t style, TextSink tail) noexcept {
+    uint16_t time_format = style & kStyleSeconds ? kTimeHoursMinutesSeconds : kTimeHoursMinutes;
+    if (style & kStyleDigits) time_format = style & kStyleSeconds ? kTimeDigitsSeconds : kTimeDigitsMinutes;
+    if (style == kFullestFormat) time_format = kTimeThousandths;
+    tail.ch(' ');
+    if (time_format == kTimeHoursMinutesSeconds)
+        print_clock(value, tail.end());
+    else
+        print_time(value, time_format, tail.end());
+}
+
+// Steps 9 and 12 for a style that prints the whole date: the record, the
+// date by its layout, and the time of day.
+uint16_t print_whole(double value, uint16_t style, char* out) noexcept {
+    if (record_of_value(value, working_record) != 0) {
+        put_missing(out);
+        return 0;
+    }
+    char* const end = print_date(out, style, working_record);
+    if (end && (style & kStyleTime)) print_time_tail(value, style, TextSink::behind(out, end));
+    return 0;
+}
+
+// Kept out of line: the short road of KELUTIL_date2str then saves no
+// registers for it.
+[[gnu::noinline]] uint16_t print(double value, uint16_t word, char* out) noexcept {
     const RegionalDateTables& t = regional_date_tables;
     // 1. No date at all.
     if (value == MISSING_VALUE) {
@@ -140,63 +166,51 @@ uint16_t print(double value, uint16_t word, char* out) noexcept {
     if (style & kStepFormat) return static_cast<uint16_t>(DateTime_UnitValue(&length, kUnitInDays | kUnitStyle, out));
     // 8. The override prints the whole date, compact or by the short picture.
     if (override_style) style = (style & kLayoutMask) == kLayoutCompact ? kLayoutCompact : kLayoutShort;
-    // 9. The record, then the whole date or one part of it.
+    // 9. The whole date, or the record and one part of it.
     //    The internal calls stand for DateTime_CvtDouble mode 0 and
     //    DateText_Core, without the way through the exported entries.
+    if ((style & kPartMask) == 0) return print_whole(value, style, out);
     if (record_of_value(value, working_record) != 0) {
         put_missing(out);
         return 0;
     }
     const DateRecord& r = working_record;
-    char* end = nullptr;
-    if ((style & kPartMask) == 0) {
-        end = print_date(out, style, working_record);
-        if (!end) return 0;
-    } else {
-        char first[24] = "", second[16] = "";
-        std::string_view separator;
-        switch (style & kPartMask) {
-            case kPartMonthDay:
-                TextSink(first).text(style & kAbbreviated ? t.month_abbreviations[r.tm_mon] : t.month_names[r.tm_mon]);
-                separator = " ";
-                if (!(style & kFirstLetter)) TextSink(second).number(r.tm_mday);
-                break;
-            case kPartNumbers:
-                TextSink(first).number(r.tm_mon + 1);
-                separator = t.date_separator;
-                TextSink(second).number(r.tm_mday);
-                break;
-            case kPartDay: TextSink(first).number(r.tm_mday); break;
-            case kPartWeekday:
-                TextSink(first).text(t.weekday_names[r.tm_wday], style & kAbbreviated ? kShortName : 15);
-                break;
-            case kPartWeekdayNumber: TextSink(first).number(r.tm_wday + 1); break;
-            case kPartQuarter: {
-                TextSink q(first);
-                q.ch('Q');
-                q.number(r.tm_mon / 3 + 1);
-                break;
-            }
-            case kPartYear:
-                if (style & kFourDigits)
-                    TextSink(first).number(r.tm_year, 4);
-                else
-                    TextSink(first).number(r.tm_year % 100, 2);
-                break;
-            default: break;
+    char first[24] = "", second[16] = "";
+    std::string_view separator;
+    switch (style & kPartMask) {
+        case kPartMonthDay:
+            TextSink(first).text(style & kAbbreviated ? t.month_abbreviations[r.tm_mon] : t.month_names[r.tm_mon]);
+            separator = " ";
+            if (!(style & kFirstLetter)) TextSink(second).number(r.tm_mday);
+            break;
+        case kPartNumbers:
+            TextSink(first).number(r.tm_mon + 1);
+            separator = t.date_separator;
+            TextSink(second).number(r.tm_mday);
+            break;
+        case kPartDay: TextSink(first).number(r.tm_mday); break;
+        case kPartWeekday:
+            TextSink(first).text(t.weekday_names[r.tm_wday], style & kAbbreviated ? kShortName : 15);
+            break;
+        case kPartWeekdayNumber: TextSink(first).number(r.tm_wday + 1); break;
+        case kPartQuarter: {
+            TextSink q(first);
+            q.ch('Q');
+            q.number(r.tm_mon / 3 + 1);
+            break;
         }
-        // 10.-11. Cut, dropped and joined in the regional order.
-        join(out, first, separator, second, style);
+        case kPartYear:
+            if (style & kFourDigits)
+                TextSink(first).number(r.tm_year, 4);
+            else
+                TextSink(first).number(r.tm_year % 100, 2);
+            break;
+        default: break;
     }
-    // 12. The time of day behind the date.
-    if (style & kStyleTime) {
-        uint16_t time_format = style & kStyleSeconds ? kTimeHoursMinutesSeconds : kTimeHoursMinutes;
-        if (style & kStyleDigits) time_format = style & kStyleSeconds ? kTimeDigitsSeconds : kTimeDigitsMinutes;
-        if (style == kFullestFormat) time_format = kTimeThousandths;
-        TextSink tail = end ? TextSink::behind(out, end) : TextSink::behind(out);
-        tail.ch(' ');
-        print_time(value, time_format, tail.end());
-    }
+    // 10.-11. Cut, dropped and joined in the regional order.
+    join(out, first, separator, second, style);
+    // 12. The time of day behind the part.
+    if (style & kStyleTime) print_time_tail(value, style, TextSink::behind(out));
     return 0;
 }
 
@@ -207,5 +221,10 @@ using namespace vl::datetime;
 
 extern "C" uint16_t VLAPI KELUTIL_date2str(double value, uint32_t format, char* out) {
     const auto word = static_cast<uint16_t>(format);
-    return out ? print(value, word, out) : answer(word);
+    if (!out) return answer(word);
+    // The table's whole-date formats, most calls, go straight to their
+    // printing: such a word has no flag bits for print's first steps.
+    if (word < kCustomFirst && value != vl::MISSING_VALUE && (kFormatTable[word] & kPartMask) == 0)
+        return print_whole(value, kFormatTable[word], out);
+    return print(value, word, out);
 }

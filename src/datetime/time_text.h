@@ -33,4 +33,8 @@ uint16_t time_style(uint16_t format) noexcept;
 // the end of the text written.
 char* print_time(double value, uint16_t word, char* out) noexcept;
 
+// print_time by kTimeHoursMinutesSeconds, the tail of the date formats that
+// show seconds, with a short road for date values.
+char* print_clock(double value, char* out) noexcept;
+
 }  // namespace vl::datetime
