@@ -358,15 +358,13 @@ using namespace vl::datetime;
 
 extern "C" {
 
-double VLAPI KELUTIL_str2date(char* text, uint32_t flags, uint32_t format) {
+namespace {
+
+// Everything but the quick road, kept out of line: its locals would
+// otherwise give every quick reading a large frame to set up.
+[[gnu::noinline]] double read_slow(char* text, uint32_t flags, uint32_t format) noexcept {
     const auto f = static_cast<uint16_t>(flags & 0xFFFF & ~kShortOverride);
-    // Format 0, and the unknown formats that read as it, first try the
-    // quick road for three plain numbers, before anything else is asked.
     double value = 0.0;
-    const auto f16 = static_cast<uint16_t>(format);
-    const bool special =
-        f == kNowValue || f == kMarker || f == kWeekdayNumber || f == kMonthNumber || f == kStepQuantity;
-    if (!special && text && (f16 == 0 || f16 > kLastFormat) && Date_ReadNumeric(text, value)) return value;
     const RegionalDateTables& t = regional_date_tables;
     switch (f) {
         case kNowValue:
@@ -388,6 +386,20 @@ double VLAPI KELUTIL_str2date(char* text, uint32_t flags, uint32_t format) {
         }
         default: return Date_ReadGeneral(text, static_cast<uint16_t>(flags), static_cast<uint16_t>(format));
     }
+}
+
+}  // namespace
+
+double VLAPI KELUTIL_str2date(char* text, uint32_t flags, uint32_t format) {
+    const auto f = static_cast<uint16_t>(flags & 0xFFFF & ~kShortOverride);
+    // Format 0, and the unknown formats that read as it, first try the
+    // quick road for three plain numbers, before anything else is asked.
+    double value = 0.0;
+    const auto f16 = static_cast<uint16_t>(format);
+    const bool special =
+        f == kNowValue || f == kMarker || f == kWeekdayNumber || f == kMonthNumber || f == kStepQuantity;
+    if (!special && text && (f16 == 0 || f16 > kLastFormat) && Date_ReadNumeric(text, value)) return value;
+    return read_slow(text, flags, format);
 }
 
 double VLAPI KELUTIL_str2date_ex(char* text, uint32_t flags, uint32_t format) {

@@ -3,6 +3,7 @@
 // same value and leave the same shared state, and where it doesn't it must
 // leave the state alone.
 
+#include <cstdio>
 #include <cstring>
 #include <random>
 #include <string>
@@ -43,8 +44,28 @@ void set_marks() {
 // Texts near the quick road's edges: numbers of zero to five digits, in and
 // out of range, separators good and bad, times plain and not, blanks
 // around.
+// Timestamps of fixed width, "yyyy-mm-dd hh:mm" with or without seconds,
+// often with one character changed or the text cut or lengthened.
+std::string fixed_width_text(std::mt19937& rng) {
+    auto pick = [&](int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); };
+    const char* const separators = "/-.,: a";
+    char text[40];
+    std::snprintf(text, sizeof text, "%04d%c%02d%c%02d %02d:%02d", pick(10000), separators[pick(3)], pick(14),
+                  separators[pick(3)], pick(33), pick(100), pick(100));
+    std::string result = text;
+    if (pick(3) == 0) result += ":" + std::to_string(pick(10)) + std::to_string(pick(10));
+    switch (pick(6)) {
+        case 0: result[static_cast<std::size_t>(pick(static_cast<int>(result.size())))] = "0x :/-. "[pick(8)]; break;
+        case 1: result.resize(static_cast<std::size_t>(pick(static_cast<int>(result.size())))); break;
+        case 2: result += " :0aPM"[pick(6)]; break;
+        default: break;
+    }
+    return result;
+}
+
 std::string generated_text(std::mt19937& rng) {
     auto pick = [&](int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); };
+    if (pick(5) == 0) return fixed_width_text(rng);
     // Half the texts keep to well-formed parts, where the quick road goes.
     const bool clean = pick(2) == 0;
     auto number = [&]() -> std::string {
