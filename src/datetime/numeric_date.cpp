@@ -206,11 +206,14 @@ Verdict scalar_shape(const char* text, Shape& shape) noexcept {
 // The digit at `p` as 0-9, or above 9 for any other character.
 inline uint32_t digit_at(const char* p) noexcept { return static_cast<uint32_t>(p[0] - '0'); }
 
-// Two digits at `p` and their number; false for anything else.
+// Two digits at `p` and their number; false for anything else.  The
+// second byte is read only behind a digit: the first may be the text's end.
 inline bool two_at(const char* p, int32_t& number) noexcept {
-    const uint32_t tens = digit_at(p), units = digit_at(p + 1);
+    const uint32_t tens = digit_at(p);
+    if (tens > 9) return false;
+    const uint32_t units = digit_at(p + 1);
     number = static_cast<int32_t>(tens * 10 + units);
-    return tens <= 9 && units <= 9;
+    return units <= 9;
 }
 
 // "yyyy-mm-dd hh:mm", with or without ":ss", the usual timestamp of data

@@ -117,7 +117,9 @@ int read_by_picture(char* text, const char (*fields)[kFieldSize], int count, boo
         }
         // 7. The field's first letter says what the number is.
         if (field[0] == 'd' || field[0] == 'D') day = n, has_day = true;
-        if (is_month) month = n - 1, has_month = true;
+        // Months count from 0; a wrapped number wraps here too, as it would
+        // in 32-bit arithmetic, and is refused by the date check later.
+        if (is_month) month = static_cast<int32_t>(static_cast<uint32_t>(n) - 1u), has_month = true;
         if (field[0] == 'y') year = n, has_year = true;
         token = tokens.next();
     }

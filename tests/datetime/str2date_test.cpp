@@ -1,6 +1,8 @@
 // Text to dates: the reading by the regional pictures, the formats, the one
 // retry, the flag words, and a round trip through the printer.
 
+#include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -177,6 +179,31 @@ TEST_F(ReadDate, PrintedDatesReadBack) {
             }
         }
     }
+}
+
+}  // namespace
+
+namespace {
+
+// Texts that end where a timestamp's digits or separators would follow, in
+// buffers of exactly their own size: the reader must stop at the end.
+// Under the sanitizers a read past the end fails the test.
+TEST_F(ReadDate, ShortTextsAreReadNoFurtherThanTheirEnd) {
+    for (const char* text : {"2", "22", "202", "2024", "2024-", "2024-03-0", "2024-03-05 1", "2024-03-05 13:0",
+                             "2024-03-05 13:05:", "2024-03-05 13:05:0"}) {
+        SCOPED_TRACE(text);
+        const std::size_t n = std::strlen(text) + 1;
+        auto exact = std::make_unique<char[]>(n);
+        std::memcpy(exact.get(), text, n);
+        const double got = KELUTIL_str2date(exact.get(), 0, 0);
+        EXPECT_TRUE(got == kMissing || got > 0.0);
+        EXPECT_STREQ(exact.get(), text);
+    }
+}
+
+// A month number at the edge of 32 bits is refused, not wrapped into a date.
+TEST_F(ReadDate, MonthNumbersAtTheEdgeOf32BitsAreRefused) {
+    check({{"-2147483648/5/99", 0, kMissing}, {"2147483647/5/99", 0, kMissing}});
 }
 
 }  // namespace
