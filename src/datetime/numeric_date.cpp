@@ -69,13 +69,35 @@ constexpr int part_kind(char letter) noexcept {
     return letter == 'y' ? 2 : 3;
 }
 
-// A time of day in days: the hours split into days and the hour of the
-// day, put together in the order of the time reader's own sum.
+// The three terms of the time reader's sum for every number of two digits
+// or fewer, worked out once at compile time by the same double products,
+// so the sum below adds exactly what it would otherwise multiply out.
+struct TimeTerms {
+    double hour[100];    // the hour of the day, in days
+    int32_t whole[100];  // the whole days among the hours
+    double minute[100];
+    double second[100];
+};
+
+constexpr TimeTerms make_time_terms() noexcept {
+    TimeTerms t{};
+    for (int32_t n = 0; n < 100; ++n) {
+        t.hour[n] = (n % 24) * kDaysPerHour;
+        t.whole[n] = n / 24;
+        t.minute[n] = static_cast<double>(n) * kPerMinute * kDaysPerHour;
+        t.second[n] = static_cast<double>(n) * kPerMinute * kPerMinute * kDaysPerHour;
+    }
+    return t;
+}
+
+constexpr TimeTerms kTimeTerms = make_time_terms();
+
+// A time of day in days, for parts of at most two digits each: the hours
+// split into days and the hour of the day, put together in the order of
+// the time reader's own sum.
 inline double time_in_days(int32_t hours, int32_t minutes, int32_t seconds) noexcept {
-    const int32_t q = hours / 24, h = hours % 24;
-    double result = h * kDaysPerHour + static_cast<double>(minutes) * kPerMinute * kDaysPerHour +
-                    static_cast<double>(seconds) * kPerMinute * kPerMinute * kDaysPerHour;
-    result += q;
+    double result = kTimeTerms.hour[hours] + kTimeTerms.minute[minutes] + kTimeTerms.second[seconds];
+    result += kTimeTerms.whole[hours];
     return result;
 }
 
@@ -108,6 +130,9 @@ inline bool read_plain_time(const char* p, double& days) noexcept {
 // together with the three letters it was found from and worked out again
 // only when they differ.
 constexpr uint32_t kNoOrder = 0x40;
+// Month, day, year and year, month, day, the commonest two.
+constexpr uint32_t kMonthDayYear = 1 | 0 << 2 | 2 << 4;
+constexpr uint32_t kYearMonthDay = 2 | 1 << 2 | 0 << 4;
 
 uint32_t order_of(uint32_t letters) noexcept {
     // 1. Each part's kind by its first letter.
@@ -149,13 +174,15 @@ inline bool midnight_value(uint32_t year, uint32_t month, uint32_t day, double& 
     uint32_t y = year;
     if (y < 100) y += y < 45 ? 2000 : 1900;
     // 2. The day within its month.
-    const bool leap = y % 4 == 0 && (y % 100 != 0 || y % 400 == 0);
+    //    Leap years come at random in a column; the test is worked out
+    //    rather than branched on.
+    const uint32_t leap = static_cast<uint32_t>(y % 4 == 0) & static_cast<uint32_t>(y % 100 != 0 || y % 400 == 0);
     const uint32_t length =
-        static_cast<uint32_t>(kDaysBefore[month] - kDaysBefore[month - 1]) + (month == 2 && leap ? 1 : 0);
+        static_cast<uint32_t>(kDaysBefore[month] - kDaysBefore[month - 1]) + (static_cast<uint32_t>(month == 2) & leap);
     if (day > length) return false;
     // 3. Whole days, the leap day not yet passed in January and February.
     int32_t days = static_cast<int32_t>(y * 365 + y / 4 - y / 100 + y / 400 + day) + kDaysBefore[month - 1];
-    if (leap && month <= 2) --days;
+    days -= static_cast<int32_t>(leap & static_cast<uint32_t>(month <= 2));
     value = static_cast<double>(days + kValueOfYear0);
     return true;
 }
@@ -241,20 +268,30 @@ bool fixed_shape(const char* t, Shape& shape) noexcept {
 
 }  // namespace
 
-bool Date_ReadNumeric(const char* text, double& value) noexcept {
+NumericReading Date_ReadNumericValue(const char* text) noexcept {
     // 1.-2. The numbers and the time.
     Shape shape;
     //    Timestamps have a second digit where short dates mostly have a separator.
     const bool fixed = digit_at(text + (text[0] ? 1 : 0)) <= 9 && fixed_shape(text, shape);
-    if (!fixed && scalar_shape(text, shape) != kTaken) return false;
+    if (!fixed && scalar_shape(text, shape) != kTaken) return {0.0, false};
     // 3. The short picture's three parts take the numbers in order.
     const uint32_t order = picture_order();
-    if (order == kNoOrder) return false;
-    int32_t field[3] = {};
-    field[order & 3] = shape.number[0];
-    field[order >> 2 & 3] = shape.number[1];
-    field[order >> 4] = shape.number[2];
-    const int32_t day = field[0], month = field[1], year = field[2];
+    if (order == kNoOrder) return {0.0, false};
+    //    The usual pictures are named outright: the order is the same on
+    //    every reading, so the branch is free, whereas numbers put in
+    //    places by index go through memory and wait there.
+    int32_t day = 0, month = 0, year = 0;
+    if (order == kMonthDayYear) {
+        month = shape.number[0], day = shape.number[1], year = shape.number[2];
+    } else if (order == kYearMonthDay) {
+        year = shape.number[0], month = shape.number[1], day = shape.number[2];
+    } else {
+        int32_t field[3] = {};
+        field[order & 3] = shape.number[0];
+        field[order >> 2 & 3] = shape.number[1];
+        field[order >> 4] = shape.number[2];
+        day = field[0], month = field[1], year = field[2];
+    }
     // 4. The reading's trace: a full date at midnight in the working
     //    record, and the number error flag clear after good numbers.  Only
     //    the fields the reading sets are written; the record is not read
@@ -268,8 +305,7 @@ bool Date_ReadNumeric(const char* text, double& value) noexcept {
     text::number_error_flag = 0;
     // 5. Fields out of range give no date (numbers of four digits are
     //    never negative nor past 9999).
-    value = MISSING_VALUE;
-    if (static_cast<uint32_t>(month - 1) > 11 || static_cast<uint32_t>(day - 1) > 30) return true;
+    if (static_cast<uint32_t>(month - 1) > 11 || static_cast<uint32_t>(day - 1) > 30) return {MISSING_VALUE, true};
     // 6. The check of the record, which finds it whole, clears the daylight
     //    flag; the conversion to a value keeps a copy, the weekday and day
     //    of the year as they stood.
@@ -278,10 +314,15 @@ bool Date_ReadNumeric(const char* text, double& value) noexcept {
     // 7. Two-digit years widened, and no date when the day doesn't exist.
     double date = 0.0;
     if (!midnight_value(static_cast<uint32_t>(year), static_cast<uint32_t>(month), static_cast<uint32_t>(day), date))
-        return true;
+        return {MISSING_VALUE, true};
     // 8. The time of day behind it.
-    value = shape.timed ? date + shape.time : date;
-    return true;
+    return {shape.timed ? date + shape.time : date, true};
+}
+
+bool Date_ReadNumeric(const char* text, double& value) noexcept {
+    const NumericReading reading = Date_ReadNumericValue(text);
+    if (reading.taken) value = reading.value;
+    return reading.taken;
 }
 
 }  // namespace vl::datetime

@@ -14,4 +14,14 @@ namespace vl::datetime {
 // reader leaves for the same text.
 bool Date_ReadNumeric(const char* text, double& value) noexcept;
 
+// The same reading with its answer handed back in registers: `taken` as
+// Date_ReadNumeric answers, and `value` its value when taken.  Nothing
+// passes through memory, which the hot caller would otherwise store and
+// load again on every reading.
+struct NumericReading {
+    double value;
+    bool taken;
+};
+NumericReading Date_ReadNumericValue(const char* text) noexcept;
+
 }  // namespace vl::datetime
