@@ -1,8 +1,9 @@
 #!/bin/sh
 # Runs a Windows test program under Wine in the project's own prefix,
 # creating the prefix on first use.  Several tests may start at once, so
-# the creation is serialised.
-set -e
+# the creation is serialised.  Wine's own messages are off; a program that
+# fails says so here with its status, so a log that shows nothing else
+# still tells a crash from a refused start.
 WINEPREFIX=${VLCORE_WINEPREFIX:-${HOME:-/tmp}/.vlcore-wine}
 WINEDEBUG=${WINEDEBUG:--all}
 export WINEPREFIX WINEDEBUG
@@ -15,4 +16,7 @@ if [ ! -f "$WINEPREFIX/system.reg" ]; then
     wineserver -w 2>/dev/null || true
   ) 9>"$WINEPREFIX.lock"
 fi
-exec "$WINE" "$@"
+"$WINE" "$@"
+status=$?
+[ "$status" -eq 0 ] || echo "wine-run: $(basename "$1") ended with status $status" >&2
+exit "$status"
