@@ -4,10 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <charconv>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vltest {
@@ -60,5 +64,44 @@ inline void set_env(const char* name, const char* value) {
 }
 
 inline uint64_t bits(double d) { return std::bit_cast<uint64_t>(d); }
+
+// Reference values kept as data: a text file under tests/, one row a
+// line, fields apart by tabs, blank lines and lines starting with '#'
+// left out.  The test programs find the directory in VLCORE_TEST_DATA.
+class DataTable {
+  public:
+    explicit DataTable(std::string_view relative) : name_(relative) {
+        const char* root = std::getenv("VLCORE_TEST_DATA");
+        std::ifstream in(std::string(root ? root : "tests") + "/" + std::string(relative));
+        if (!in) ADD_FAILURE() << "no data file " << name_ << " under " << (root ? root : "tests");
+        for (std::string line; std::getline(in, line);) {
+            if (!line.empty() && line.back() == '\r') line.pop_back();
+            if (line.empty() || line[0] == '#') continue;
+            std::vector<std::string> fields;
+            std::istringstream cut(line);
+            for (std::string field; std::getline(cut, field, '\t');) fields.push_back(field);
+            rows_.push_back(std::move(fields));
+        }
+    }
+    std::size_t size() const { return rows_.size(); }
+    const std::vector<std::string>& row(std::size_t i) const { return rows_[i]; }
+    auto begin() const { return rows_.begin(); }
+    auto end() const { return rows_.end(); }
+
+  private:
+    std::string name_;
+    std::vector<std::vector<std::string>> rows_;
+};
+
+// A field of a data row as a double, correctly rounded on every target
+// (the Windows runtime's strtod is not).
+inline double number(const std::string& field) {
+    double value = 0.0;
+    const char* first = field.data();
+    if (!field.empty() && field[0] == '+') ++first;
+    const auto [end, error] = std::from_chars(first, field.data() + field.size(), value);
+    if (error != std::errc() || end != field.data() + field.size()) ADD_FAILURE() << "not a number: " << field;
+    return value;
+}
 
 }  // namespace vltest
