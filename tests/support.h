@@ -93,6 +93,32 @@ class DataTable {
     std::vector<std::vector<std::string>> rows_;
 };
 
+// A data field's C escapes read: \n \r \t \v \0 and \xHH; any other
+// character behind a backslash stands for itself.
+inline std::string unescape(std::string_view s) {
+    std::string out;
+    for (std::size_t i = 0; i < s.size(); ++i) {
+        if (s[i] != '\\' || i + 1 == s.size()) {
+            out += s[i];
+        } else if (s[++i] == 'x') {
+            out += static_cast<char>(std::stoi(std::string(s.substr(i + 1, 2)), nullptr, 16));
+            i += 2;
+        } else {
+            const auto at = std::string_view("nrtv0").find(s[i]);
+            out += at == std::string_view::npos ? s[i] : std::string_view("\n\r\t\v\0", 5)[at];
+        }
+    }
+    return out;
+}
+
+// The name a data row goes by in failure messages: its file, its number
+// and its fields.
+inline std::string row_label(std::string_view file, std::size_t index, const std::vector<std::string>& row) {
+    std::string label = std::string(file) + " row " + std::to_string(index + 1) + ":";
+    for (const std::string& field : row) label += " <" + field + ">";
+    return label;
+}
+
 // A field of a data row as a double, correctly rounded on every target
 // (the Windows runtime's strtod is not).
 inline double number(const std::string& field) {

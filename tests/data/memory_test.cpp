@@ -1,7 +1,7 @@
-// Memory objects, multi-line text and the raw memory routines.
+// Memory objects, multi-line text and the raw memory routines.  The
+// table-driven cases are in memory.tsv.
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -12,6 +12,7 @@
 namespace {
 
 constexpr uint32_t kCreate = 0, kAdd = 4096, kRead = 4097, kFind = 4098, kFree = 4100, kNumbering = 4101;
+using vltest::Case;
 
 // The block size the object records for itself.
 unsigned recorded_size(VL_HGLOBAL h) {
@@ -91,25 +92,14 @@ TEST(MemObject, SecondNumbering) {
 TEST(MemObject, ShortReadHasNoTerminator) {
     Object o(1, 0);
     ASSERT_EQ(o.add("hello"), 1);
-    struct Case {
-        const char* what;
-        uint32_t size;
-        uint16_t copied;
-        std::string bytes;
-    };
-    const Case cases[] = {
-        {"room to spare", 10, 6, std::string("hello\0", 6)},
-        {"exact fit", 6, 6, std::string("hello\0", 6)},
-        {"one byte short", 5, 5, "hello"},
-        {"empty buffer", 0, 0, ""},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+    vltest::each_case("data/memory.tsv", "read", [&](const Case& c) {
+        const auto size = static_cast<uint32_t>(c.number(0));
+        const std::string want = *c.text(2);
         vltest::Poisoned buf(12);
-        EXPECT_EQ(KELUTIL_MemObject(&o.slot, kRead, 1, buf.data(), c.size), c.copied);
-        EXPECT_EQ(std::string(buf.data(), c.copied), c.bytes);
-        EXPECT_TRUE(buf.clean_from(c.copied));
-    }
+        EXPECT_EQ(KELUTIL_MemObject(&o.slot, kRead, 1, buf.data(), size), c.number(1));
+        EXPECT_EQ(std::string(buf.data(), want.size()), want);
+        EXPECT_TRUE(buf.clean_from(want.size()));
+    });
     EXPECT_EQ(KELUTIL_MemObject(&o.slot, kRead, 1, nullptr, 10), 0);
 }
 
@@ -165,68 +155,39 @@ TEST(MemObject, NullHandleAndUnknownCommands) {
 }
 
 TEST(MultiLine, CountLines) {
-    struct Case {
-        const char* text;
-        uint16_t lines;
-    };
-    const Case cases[] = {{"", 1}, {"a", 1}, {"a\nb", 2}, {"a\nb\n", 2}, {"a\n\n", 2}, {"\n", 1}, {"a\r\nb\r\n", 2}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        auto text = vltest::writable(c.text);
+    vltest::each_case("data/memory.tsv", "lines", [&](const Case& c) {
+        auto text = vltest::writable(*c.text(0));
         uint16_t n = 0xCCCC;
         EXPECT_EQ(KELUTIL_MultiLineControl(text.data(), &n, 0), nullptr);
-        EXPECT_EQ(n, c.lines);
-    }
+        EXPECT_EQ(n, c.number(1));
+    });
 }
 
 TEST(MultiLine, NextLine) {
-    auto text = vltest::writable("a\r\nb");
+    vltest::each_case("data/memory.tsv", "next", [](const Case& c) {
+        auto text = vltest::writable(*c.text(0));
+        vltest::Poisoned line(8);
+        EXPECT_EQ(KELUTIL_MultiLineControl(line.data(), text.data(), 2), text.data() + c.number(2));
+        EXPECT_EQ(line.text(), *c.text(1));
+        EXPECT_TRUE(line.clean_from(c.text(1)->size() + 1));
+        EXPECT_EQ(std::string(text.data()), *c.text(0)) << "the text is left as it was";
+    });
     vltest::Poisoned line(8);
-    char* p = KELUTIL_MultiLineControl(line.data(), text.data(), 2);
-    EXPECT_EQ(line.text(), "a");
-    EXPECT_TRUE(line.clean_from(2));
-    ASSERT_EQ(p, text.data() + 3);
-    p = KELUTIL_MultiLineControl(line.data(), p, 2);
-    EXPECT_EQ(line.text(), "b");
-    EXPECT_EQ(p, text.data() + 4);
-    EXPECT_EQ(std::string(text.data()), "a\r\nb");  // unchanged
-    p = KELUTIL_MultiLineControl(line.data(), p, 2);
-    EXPECT_EQ(line.text(), "");
-    EXPECT_EQ(p, text.data() + 4);
-    // Carriage returns at the end of the last line are all cut; inside a
-    // line feed's line only the one in front of it.
-    auto tail = vltest::writable("x\r\r");
-    EXPECT_EQ(KELUTIL_MultiLineControl(line.data(), tail.data(), 2), tail.data() + 3);
-    EXPECT_EQ(line.text(), "x");
-    auto twice = vltest::writable("y\r\r\nz");
-    EXPECT_EQ(KELUTIL_MultiLineControl(line.data(), twice.data(), 2), twice.data() + 4);
-    EXPECT_EQ(line.text(), "y\r");
     EXPECT_EQ(KELUTIL_MultiLineControl(line.data(), nullptr, 2), nullptr);
     EXPECT_EQ(line.text(), "");
 }
 
 TEST(MultiLine, Reverse) {
-    struct Case {
-        const char* text;
-        std::string reversed;
-    };
-    const Case cases[] = {
-        {"a\nb\nc", "c\r\nb\r\na"},
-        {"a\nb\nc\n", "c\r\nb\r\na"},
-        {"a\r\nb\r\n", "b\r\na"},
-        {"one", "one"},
-        {"", ""},
-        {"a\n\nb", "b\r\n\r\na"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        auto text = vltest::writable(c.text, 16);
+    vltest::each_case("data/memory.tsv", "reverse", [&](const Case& c) {
+        const std::string& before = *c.text(0);
+        const std::string& after = *c.text(1);
+        auto text = vltest::writable(before, 16);
         EXPECT_EQ(KELUTIL_MultiLineControl(text.data(), nullptr, 1), nullptr);
-        EXPECT_EQ(std::string(text.data()), c.reversed);
+        EXPECT_EQ(std::string(text.data()), after);
         // Nothing behind the rebuilt text and the old one.
-        for (std::size_t i = std::max(c.reversed.size(), std::strlen(c.text)) + 1; i < text.size(); ++i)
+        for (std::size_t i = std::max(after.size(), before.size()) + 1; i < text.size(); ++i)
             EXPECT_EQ(static_cast<unsigned char>(text[i]), vltest::kPoison) << i;
-    }
+    });
 }
 
 TEST(MultiLine, ReverseBeyondItsLimitsLeavesTheText) {
@@ -237,7 +198,7 @@ TEST(MultiLine, ReverseBeyondItsLimitsLeavesTheText) {
     auto wide = vltest::writable(too_long + "\nb");
     KELUTIL_MultiLineControl(wide.data(), nullptr, 1);
     EXPECT_EQ(std::string(wide.data()), too_long + "\nb");
-    std::string many, many_reversed;
+    std::string many;
     for (int i = 0; i < 501; ++i) many += "l\n";
     auto tall = vltest::writable(many);
     KELUTIL_MultiLineControl(tall.data(), nullptr, 1);
@@ -263,26 +224,12 @@ TEST(RawMemory, StructCompare) {
 }
 
 TEST(RawMemory, RowColChange) {
-    struct Case {
-        const char* what;
-        std::string data;
-        uint32_t rows, columns, item;
-        std::string result;
-    };
-    const Case cases[] = {
-        {"2x3 bytes", "abcdef", 2, 3, 1, "adbecf"},
-        {"3x2 bytes", "adbecf", 3, 2, 1, "abcdef"},
-        {"2x2 of two bytes", "AaBbCcDd", 2, 2, 2, "AaCcBbDd"},
-        {"one row", "abc", 1, 3, 1, "abc"},
-        {"zero rows", "abc", 0, 3, 1, "abc"},
-        {"rows use 16 bits", "abcdef", 0x10002, 3, 1, "adbecf"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        std::string d = c.data;
-        EXPECT_EQ(KELUTIL_RowColChange(d.data(), c.rows, c.columns, c.item), 0);
-        EXPECT_EQ(d, c.result);
-    }
+    vltest::each_case("data/memory.tsv", "rowcol", [&](const Case& c) {
+        std::string d = *c.text(0);
+        const auto field = [&](std::size_t i) { return static_cast<uint32_t>(c.number(i)); };
+        EXPECT_EQ(KELUTIL_RowColChange(d.data(), field(1), field(2), field(3)), 0);
+        EXPECT_EQ(d, *c.text(4));
+    });
     // A size beyond all memory has no work block.
     char one = 'x';
     EXPECT_EQ(KELUTIL_RowColChange(&one, 0xFFFF, 0xFFFF, 0xFFFFFFFF), 1);

@@ -1,6 +1,6 @@
-// The host's name tables: lookup, listing, and the tables' shape.
+// The host's name tables: lookup, listing, and the tables' shape.  The
+// lookup cases are in names.tsv.
 
-#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -41,41 +41,10 @@ int32_t lookup(uint32_t class_index, const char* name, uint32_t operation = 0) {
 }
 
 TEST_F(Names, Lookup) {
-    struct Case {
-        const char* what;
-        uint32_t class_index;
-        const char* name;
-        uint32_t operation;
-        int32_t id;
-    };
-    const Case cases[] = {
-        {"first row", 1, "ADDCOL", 0, 1},
-        {"case counts", 1, "addcol", 0, kNotFound},
-        {"last row of class 1", 1, "ISCOLSEL", 0, 10},
-        {"COL# is not COL", 2, "COL#", 0, 0x2000},
-        {"COL", 2, "COL", 0, 0x2001},
-        {"prefix is no match", 2, "CO", 0, kNotFound},
-        {"name starting with a digit", 43, "1E0AS1", 0, 6},
-        {"single row class", 33, "AUTOMATE", 0, 0},
-        {"verb class", 3, "RUN", 0, 0x8000},
-        {"same name, other class", 4, "COLOR", 0, 0x500},
-        {"same name, other class 2", 8, "COLOR", 0, 18},
-        {"last class", 102, "SEPARATOR", 0, 2},
-        {"class without table", 9, "X", 0, kNotFound},
-        {"class 0 has none", 0, "ADDCOL", 0, kNotFound},
-        {"beyond the last class", 103, "ADDCOL", 0, kNotFound},
-        {"empty name", 1, "", 0, kNotFound},
-        {"trailing blank counts", 1, "ADDCOL ", 0, kNotFound},
-        {"operation 4 is a lookup", 1, "COPY", 4, 4},
-        {"operation 8 is a lookup", 1, "COPY", 8, 4},
-        {"operation 3 is reserved", 1, "COPY", 3, 0},
-        {"operation 7 is reserved", 1, "COPY", 7, 0},
-        {"operation 0x10002 is reserved", 1, "COPY", 0x10002, 0},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_EQ(lookup(c.class_index, c.name, c.operation), c.id);
-    }
+    vltest::each_case("data/names.tsv", "lookup", [](const vltest::Case& c) {
+        EXPECT_EQ(lookup(static_cast<uint32_t>(c.number(0)), c.c_str(1), static_cast<uint32_t>(c.number(2))),
+                  c.number(3));
+    });
 }
 
 TEST_F(Names, ListingGoesInRowOrder) {

@@ -1,12 +1,11 @@
 // "Now" from the pinned clock, and the record conversions' internal knobs.
 
-#include <cstdlib>
 #include <string>
 
 #include "datetime/calendar.h"
 #include "datetime/regional.h"
 #include "datetime/state.h"
-#include "support.h"
+#include "pinned_today.h"
 #include "vlcore.h"
 
 namespace {
@@ -15,18 +14,7 @@ using namespace vl::datetime;
 using vltest::set_env;
 
 // Now is pinned and the zone is UTC, so local time is the pinned instant.
-class PinnedNow : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        set_env("TZ", "UTC0");
-        DateTime_CvtDouble(nullptr, nullptr, 5);
-    }
-    void TearDown() override {
-        set_env("VLCORE_NOW", nullptr);
-        set_env("TZ", nullptr);
-        DateTime_CvtDouble(nullptr, nullptr, 5);
-    }
-};
+class PinnedNow : public vltest::PinnedToday {};
 
 TEST_F(PinnedNow, NowIsTheLocalBreakdownWithTheFullYear) {
     const struct {
@@ -40,16 +28,7 @@ TEST_F(PinnedNow, NowIsTheLocalBreakdownWithTheFullYear) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.pin);
         set_env("VLCORE_NOW", c.pin);
-        const DateRecord r = DateTime_Now();
-        EXPECT_EQ(r.tm_sec, c.want.tm_sec);
-        EXPECT_EQ(r.tm_min, c.want.tm_min);
-        EXPECT_EQ(r.tm_hour, c.want.tm_hour);
-        EXPECT_EQ(r.tm_mday, c.want.tm_mday);
-        EXPECT_EQ(r.tm_mon, c.want.tm_mon);
-        EXPECT_EQ(r.tm_year, c.want.tm_year);
-        EXPECT_EQ(r.tm_wday, c.want.tm_wday);
-        EXPECT_EQ(r.tm_yday, c.want.tm_yday);
-        EXPECT_EQ(r.tm_isdst, 0);
+        EXPECT_EQ(vltest::describe(DateTime_Now()), vltest::describe(c.want));
     }
 }
 
@@ -97,14 +76,12 @@ TEST(Calendar, ExactConversionTruncatesTheSeconds) {
 
 TEST(RegionalTables, NamesComeFromTheStringTable) {
     KELUTIL_date2str(0.0, 32768, nullptr);
+    // The names themselves are printed by the date printer's tests; the
+    // rows behind the last stay empty.
     const RegionalDateTables& t = regional_date_tables;
     EXPECT_STREQ(t.month_abbreviations[0], "Jan");
-    EXPECT_STREQ(t.month_names[0], "January");
     EXPECT_STREQ(t.month_abbreviations[4], "May");
-    EXPECT_STREQ(t.month_names[11], "December");
-    EXPECT_STREQ(t.month_names[12], "") << "the 13th row stays empty";
-    EXPECT_STREQ(t.weekday_names[0], "Sunday");
-    EXPECT_STREQ(t.weekday_names[6], "Saturday");
+    EXPECT_STREQ(t.month_names[12], "");
     EXPECT_STREQ(t.weekday_names[7], "");
 }
 

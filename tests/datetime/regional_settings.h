@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <string>
 
@@ -28,39 +27,39 @@ class RegionalSettings : public ::testing::Test {
   protected:
     static constexpr const char* kKeys[5] = {"iDate", "sLanguage", "sDate", "sShortDate", "sLongDate"};
 
-#ifdef _WIN32
     void SetUp() override {
+#ifdef _WIN32
         for (int i = 0; i < 5; ++i) had_[i] = GetProfileStringA("intl", kKeys[i], "", saved_[i], sizeof saved_[i]) > 0;
+#endif
         apply(Intl{});
     }
     void TearDown() override {
+#ifdef _WIN32
         for (int i = 0; i < 5; ++i) WriteProfileStringA("intl", kKeys[i], had_[i] ? saved_[i] : nullptr);
-        reload_regional_tables();
-    }
-    void apply(const Intl& intl) {
-        const char* values[5] = {intl.iDate, intl.sLanguage, intl.sDate, intl.sShortDate, intl.sLongDate};
-        for (int i = 0; i < 5; ++i) WriteProfileStringA("intl", kKeys[i], values[i]);
-        reload_regional_tables();
-    }
-    char saved_[5][128] = {};
-    bool had_[5] = {};
 #else
-    void SetUp() override { apply(Intl{}); }
-    void TearDown() override {
-        unsetenv("VLCORE_PROFILE");
-        reload_regional_tables();
+        set_env("VLCORE_PROFILE", nullptr);
         std::remove(path_.c_str());
+#endif
+        reload_regional_tables();
     }
     void apply(const Intl& intl) {
         const char* values[5] = {intl.iDate, intl.sLanguage, intl.sDate, intl.sShortDate, intl.sLongDate};
+#ifdef _WIN32
+        for (int i = 0; i < 5; ++i) WriteProfileStringA("intl", kKeys[i], values[i]);
+#else
         std::ofstream file(path_);
         file << "[intl]\n";
         for (int i = 0; i < 5; ++i)
             if (values[i]) file << kKeys[i] << "=" << values[i] << "\n";
         file.close();
-        setenv("VLCORE_PROFILE", path_.c_str(), 1);
+        set_env("VLCORE_PROFILE", path_.c_str());
+#endif
         reload_regional_tables();
     }
+#ifdef _WIN32
+    char saved_[5][128] = {};
+    bool had_[5] = {};
+#else
     std::string path_ = ::testing::TempDir() + "vlcore_regional_test.ini";
 #endif
 };

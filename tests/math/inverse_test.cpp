@@ -96,9 +96,8 @@ TEST(Inverse, SingularAndNearSingular) {
     std::uniform_real_distribution<double> entry(-1.0, 1.0);
     Matrix a(n * n);
     for (double& v : a) v = entry(rng);
-    // Row 13 is the sum of rows 2 and 5: exactly singular up to rounding, so
-    // the last pivot lands at about 1e-16 and is not rejected; a matrix of rank
-    // one is.
+    // A matrix of rank one is refused and, inverted on a copy, left as it
+    // was; so is a matrix with a row of zeros.
     Matrix rank_one(n * n);
     for (std::size_t i = 0; i < n; ++i)
         for (std::size_t j = 0; j < n; ++j) rank_one[i * n + j] = (i + 1.0) * (j % 4 == 0 ? 2.0 : 0.5 * j);

@@ -1,6 +1,7 @@
 // Random streams: the seeding operation, uniform draws, normal pairs and
 // Poisson deviates.
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -8,62 +9,6 @@
 #include "vlcore.h"
 
 namespace {
-
-struct UniformStream {
-    int32_t seed;
-    double draws[10];
-};
-struct PoissonStream {
-    int32_t seed;
-    double mean;
-    double draws[10];
-};
-
-// Streams computed by a separate model of the generator, written from its
-// description (three congruential sequences, a 97-slot shuffle table, the
-// polar method and the Poisson rejection method), not from this library.
-// Uniform streams: seed, then the first draws after seeding
-const UniformStream kUniformStreams[] = {
-    {1,
-     {0.17114841363267583, 0.6423839040900616, 0.8688522399785014, 0.1705670426593729, 0.6933577533246454,
-      0.24054303330195861, 0.23183204159977616, 0.9654275145921801, 0.6713719275368067, 0.3133299554097095}},
-    {5,
-     {0.8295473215353115, 0.6959620396148687, 0.6661892268430831, 0.9914643651840392, 0.9904000837255862,
-      0.5265929412253915, 0.8312605832558836, 0.7967979366339588, 0.32417246661581706, 0.9207196252748616}},
-    {777,
-     {0.04166608120275429, 0.34924448146031706, 0.47921984764440817, 0.928779707042627, 0.07631172916978853,
-      0.2309944358203005, 0.2786558875655866, 0.690952890005276, 0.7585610488391448, 0.8396552026439693}},
-    {12345,
-     {0.5430696868019425, 0.5110078163277243, 0.4379550479522605, 0.06016670651631779, 0.012256867976039892,
-      0.1486673132651317, 0.7957139619932575, 0.9170454371701845, 0.22470523929256403, 0.11409329679629925}},
-    {54773,
-     {0.2616174293926619, 0.20039379434995302, 0.4375973832161901, 0.4630388173247919, 0.37376965527802203,
-      0.12175205983787804, 0.10213664549814636, 0.1694257417360638, 0.9388666798530907, 0.07422890945163024}},
-    {2000000000,
-     {0.3792533916219414, 0.6747982374402898, 0.20659820844943905, 0.40260110767224233, 0.8338446794483505,
-      0.6737318237041334, 0.3619566338811467, 0.6011319796113025, 0.9091962892927661, 0.388900923380231}},
-};
-// Normal streams after a reset of the spare: seed, draws
-const UniformStream kNormalStreams[] = {
-    {1,
-     {0.458629260726063, -1.0592556855923871, -0.13949460321203042, 0.1561862458298864, -1.0578741463095587,
-      0.7883703060041503, -1.2145699546771276, 1.1150326487474238, 1.102366354876445, -1.05471329925409}},
-    {5,
-     {0.5267156622591515, 0.8857722447130054, 0.014496328768418904, 0.2673266105277005, 0.4565934174109297,
-      0.5096106916298416, 0.5601817988930726, -0.2341116934626833, -0.4265429132103418, 1.4922875369474176}},
-    {31337,
-     {0.861216924500896, 0.6962326035248694, 0.5700176912002585, 2.2512281967643775, 0.08513065481741447,
-      1.1051891044464637, -1.1686784068836038, -2.323424331174, -1.8148179026789173, -2.3456586006298856}},
-};
-// Poisson streams: seed, mean, draws
-const PoissonStream kPoissonStreams[] = {
-    {1, 0.5, {0, 1, 0, 1, 0, 2, 2, 1, 2, 2}},
-    {5, 3.0, {8, 3, 1, 4, 7, 3, 4, 2, 2, 4}},
-    {99, 11.5, {12, 8, 10, 10, 15, 13, 16, 8, 16, 16}},
-    {5, 12.0, {9, 11, 9, 7, 13, 12, 9, 9, 5, 16}},
-    {2024, 50.0, {64, 45, 49, 53, 55, 45, 56, 60, 41, 53}},
-    {7, 1000.0, {995, 1026, 936, 1011, 963, 980, 956, 1048, 975, 961}},
-};
 
 int32_t seed_with(double seed) { return KelMath_function(0, VL_MATH_SEED, &seed, nullptr, 0); }
 
@@ -84,31 +29,26 @@ TEST(Random, DocumentedSequenceAfterSeedFive) {
     for (double z : normal) EXPECT_NEAR(draw(VL_MATH_NORMAL), z, 5e-11);
 }
 
-TEST(Random, UniformStreams) {
-    for (const UniformStream& s : kUniformStreams) {
-        SCOPED_TRACE("seed " + std::to_string(s.seed));
-        ASSERT_EQ(seed_with(s.seed), 0);
-        // Pure 32-bit and double arithmetic: the same bits on every target.
-        for (double d : s.draws) EXPECT_EQ(vltest::bits(draw(VL_MATH_UNIFORM)), vltest::bits(d));
-    }
-}
-
-TEST(Random, NormalStreams) {
-    for (const UniformStream& s : kNormalStreams) {
-        SCOPED_TRACE("seed " + std::to_string(s.seed));
+// Streams from a separate model of the generator (random_streams.tsv).
+TEST(Random, StreamTable) {
+    const vltest::DataTable table("math/random_streams.tsv");
+    EXPECT_EQ(table.size(), 15u);
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        const auto& r = table.row(i);
+        SCOPED_TRACE("row " + std::to_string(i + 1) + ": " + r[0] + " seed " + r[1] + " mean " + r[2]);
+        ASSERT_EQ(r.size(), 13u);
         int32_t idum = 1;
-        gasdevex_export(&idum, 1);
-        ASSERT_EQ(seed_with(s.seed), 0);
-        // Logarithm and square root of the runtime: equal to their rounding.
-        for (double d : s.draws) EXPECT_NEAR(draw(VL_MATH_NORMAL), d, 1e-14 * std::max(1.0, std::fabs(d)));
-    }
-}
-
-TEST(Random, PoissonStreams) {
-    for (const PoissonStream& s : kPoissonStreams) {
-        SCOPED_TRACE("seed " + std::to_string(s.seed) + " mean " + std::to_string(s.mean));
-        ASSERT_EQ(seed_with(s.seed), 0);
-        for (double d : s.draws) EXPECT_EQ(draw(VL_MATH_POISSON, s.mean), d);
+        if (r[0] == "normal") gasdevex_export(&idum, 1);
+        ASSERT_EQ(seed_with(vltest::number(r[1])), 0);
+        for (std::size_t k = 3; k < r.size(); ++k) {
+            const double want = vltest::number(r[k]);
+            if (r[0] == "uniform")  // pure 32-bit and double arithmetic: the same bits on every target
+                EXPECT_EQ(vltest::bits(draw(VL_MATH_UNIFORM)), vltest::bits(want)) << "draw " << k - 2;
+            else if (r[0] == "normal")  // the runtime's logarithm and square root: equal to their rounding
+                EXPECT_NEAR(draw(VL_MATH_NORMAL), want, 1e-14 * std::max(1.0, std::fabs(want))) << "draw " << k - 2;
+            else
+                EXPECT_EQ(draw(VL_MATH_POISSON, vltest::number(r[2])), want) << "draw " << k - 2;
+        }
     }
 }
 
@@ -154,8 +94,7 @@ TEST(Random, RestartThroughTheArgument) {
 TEST(Random, ResetDropsTheSpare) {
     int32_t idum = -11;
     gasdevex_export(&idum, 1);
-    const double first = gasdevex_export(&idum, 0);
-    (void)first;
+    gasdevex_export(&idum, 0);  // the first of a pair; its spare waits
     EXPECT_EQ(gasdevex_export(&idum, 1), 0.0);
     // After the reset a fresh pair is drawn: the same as reseeding and
     // skipping the first pair's two draws.

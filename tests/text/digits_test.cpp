@@ -10,27 +10,20 @@
 #include <string>
 
 #include "support.h"
+#include "text/text_rows.h"
 
 using namespace vl::text;
 using vltest::Poisoned;
 
 namespace {
 
+const char* const kData = "text/digits.tsv";
+
+int32_t int_of(const std::string& field) { return static_cast<int32_t>(vltest::integer(field)); }
+
 TEST(DecadeOf, Table) {
-    const struct {
-        double x;
-        int32_t decade;
-    } cases[] = {
-        {0.0, 0},           {2.5, 2},           {3.0, 3},          {2.99999999999, 3},  // within the tolerance
-        {2.9999999998, 2},  {-0.5, -1},         {-1.0, -1},        {-1.398, -1},        // truncation toward zero
-        {-1.5, -2},         {-1.6, -2},         {-2.4, -2},        {-2.5, -3},
-        {-2.6, -3},         {32767.0, 32767},   {32767.5, 32767},  {40000.0, 32767},
-        {-32768.0, -32768}, {-40000.0, -32768}, {std::nan(""), 0},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE("x " + std::to_string(c.x));
-        EXPECT_EQ(decade_of(c.x), c.decade);
-    }
+    vltest::each_row(kData, "decade", 2,
+                     [](const auto& f) { EXPECT_EQ(decade_of(vltest::value(f[0])), int_of(f[1])); });
 }
 
 // The shortcut must answer what the logarithm answers, most of all next to
@@ -52,91 +45,33 @@ TEST(DecadeOfMagnitude, AgreesWithTheLogarithm) {
 }
 
 TEST(DecimalExponent, Table) {
-    const struct {
-        double mag;
-        int32_t x;
-    } cases[] = {{1.0, 0},
-                 {9.999999999999998, 0},
-                 {10.0, 1},
-                 {0.1, -1},
-                 {0.09999999999999999, -2},
-                 {1e23, 23},
-                 {1.7976931348623157e308, 308},
-                 {2.2250738585072014e-308, -308},
-                 {4.9e-324, -324}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::to_string(c.mag));
-        EXPECT_EQ(decimal_exponent(c.mag), c.x);
-    }
+    vltest::each_row(kData, "exponent", 2,
+                     [](const auto& f) { EXPECT_EQ(decimal_exponent(vltest::value(f[0])), int_of(f[1])); });
 }
 
 TEST(EngineeringScale, Table) {
-    const struct {
-        double value;
-        char mode;
-        double scaled;
-        const char* suffix;
-    } cases[] = {
-        {0.0, 'E', 0.0, ""},
-        {0.0, 'P', 0.0, ""},
-        {999.0, 'E', 999.0, ""},
-        {1234.0, 'E', 1.234, "k"},
-        {-2e6, 'E', -2.0, "M"},
-        {1e18, 'E', 1.0, "E"},
-        {1e21, 'E', 1.0, "e21"},
-        {1e-21, 'E', 1.0, "e-21"},
-        {1e-300, 'E', 1.0, "e-300"},
-        {0.5, 'E', 500.0, "m"},
-        {1234.0, 'P', 1.234, "x10\\+(3)"},
-        {0.00123, 'P', 1.23, "x10\\+(-3)"},
-        {-7.0, 'P', -7.0, "x10\\+(0)"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(1, c.mode) + " " + std::to_string(c.value));
-        const Scaled s = engineering_scale(c.value, c.mode);
-        EXPECT_DOUBLE_EQ(s.value, c.scaled);
-        EXPECT_STREQ(s.suffix.data(), c.suffix);
-    }
+    vltest::each_row(kData, "scale", 4, [](const auto& f) {
+        const Scaled s = engineering_scale(vltest::value(f[0]), f[1][0]);
+        EXPECT_DOUBLE_EQ(s.value, vltest::value(f[2]));
+        EXPECT_EQ(std::string(s.suffix.data()), f[3]);
+    });
 }
 
 TEST(TrimTrailingZeros, Table) {
-    const struct {
-        const char* in;
-        int32_t limit;
-        const char* out;
-    } cases[] = {
-        {"1.500", 100, "1.5"}, {"1.000", 100, "1"}, {"100", 100, "1"},  // no point: zeros of the integer go too
-        {"0.0", 100, "0"},     {"", 100, ""},       {"1.500", 1, "1.50"}, {"1.00", 2, "1"},
-        {"1.5", 100, "1.5"},   {"10.", 100, "10"},  {"2.50", 0, "2.50"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string("<") + c.in + "> limit " + std::to_string(c.limit));
-        auto buf = vltest::writable(c.in);
-        trim_trailing_zeros(buf.data(), c.limit);
-        EXPECT_STREQ(buf.data(), c.out);
-    }
+    vltest::each_row(kData, "trim", 3, [](const auto& f) {
+        auto buf = vltest::writable(f[0]);
+        trim_trailing_zeros(buf.data(), int_of(f[1]));
+        EXPECT_EQ(std::string(buf.data()), f[2]);
+    });
 }
 
 TEST(PlacePoint, Table) {
-    const struct {
-        const char* digits;
-        int32_t n, decimals, e;
-        const char* text;
-        bool ok;
-    } cases[] = {
-        {"1235", 4, -1, 0, "1.235", true}, {"1234568", 7, 3, 3, "1234.568", true}, {"900", 7, 2, -3, "0.00", false},
-        {"140", 7, 2, -2, "0.01", true},   {"1730", 7, 3, -3, "0.001", true},      {"5", 1, 0, 0, "5", true},
-        {"12", 7, 5, 4, "12000", true},    {"1234", 5, -1, -2, "0.012", true},     {"9", 7, 0, -1, "0", false},
-        {"123", 0, -1, 0, "1", true},      {"123", 3, 9, 0, "1.23", true},         {"4", 0, -1, -1, "0", false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string("<") + c.digits + "> n " + std::to_string(c.n) + " decimals " +
-                     std::to_string(c.decimals) + " e " + std::to_string(c.e));
+    vltest::each_row(kData, "place", 6, [](const auto& f) {
         Poisoned buf(kPlacedRoom);
-        std::memcpy(buf.data(), c.digits, std::strlen(c.digits) + 1);
-        EXPECT_EQ(place_point({buf.data(), buf.size()}, c.n, c.decimals, c.e), c.ok);
-        EXPECT_EQ(buf.text(), c.text);
-    }
+        std::memcpy(buf.data(), f[0].c_str(), f[0].size() + 1);
+        EXPECT_EQ(place_point({buf.data(), buf.size()}, int_of(f[1]), int_of(f[2]), int_of(f[3])), f[5] == "1");
+        EXPECT_EQ(buf.text(), f[4]);
+    });
 }
 
 // ---- printf-style conversions -----------------------------------------------
@@ -158,26 +93,9 @@ Conversion conv_of(char letter, int32_t precision, int32_t width = 0) {
 }
 
 TEST(Convert, TableOfTheStandardTexts) {
-    // Texts of a standard printf: two exponent digits at least, ties to even
-    // on the exact binary value.
-    const struct {
-        double v;
-        Conversion conv;
-        const char* text;
-    } cases[] = {
-        {1.5, conv_of('e', 6), "1.500000e+00"}, {1e100, conv_of('E', 2), "1.00E+100"},
-        {1e-5, conv_of('e', 0), "1e-05"},       {0.125, conv_of('f', 2), "0.12"},
-        {0.375, conv_of('f', 2), "0.38"},       {2.5, conv_of('f', 0), "2"},
-        {-0.0, conv_of('f', 1), "-0.0"},        {1e-5, conv_of('g', -1), "1e-05"},
-        {123456.0, conv_of('g', -1), "123456"}, {1234567.0, conv_of('g', -1), "1.23457e+06"},
-        {0.0001, conv_of('g', -1), "0.0001"},   {0.5, conv_of('g', 0), "0.5"},
-        {1.5, conv_of('f', 1, 6), "   1.5"},    {INFINITY, conv_of('f', 2, 5), "  inf"},
-        {-INFINITY, conv_of('E', 2), "-INF"},   {NAN, conv_of('g', 2), "nan"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        EXPECT_EQ(converted(c.v, c.conv), c.text);
-    }
+    vltest::each_row(kData, "convert", 5, [](const auto& f) {
+        EXPECT_EQ(converted(vltest::value(f[0]), conv_of(f[1][0], int_of(f[2]), int_of(f[3]))), f[4]);
+    });
 }
 
 TEST(Convert, RefusesWhatDoesNotFit) {

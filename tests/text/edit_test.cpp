@@ -1,61 +1,37 @@
 // In-place edits: unwrapping, stripping, prepending, escapes, trailing
 // numbers and comma lists.
 
+#include <algorithm>
+#include <cstring>
 #include <string>
+#include <vector>
 
 #include "support.h"
+#include "text/text_rows.h"
 #include "vlcore.h"
 
 using vltest::writable;
 
 namespace {
 
+const char* const kData = "text/edit.tsv";
+
 TEST(StrInside, Table) {
-    const struct {
-        const char* text;
-        uint32_t mode;
-        const char* inside;
-        int offset;  // where the answer points into the buffer
-    } cases[] = {
-        {"  \"a b\"  ", 0, "a b", 3},
-        {"(a(b)c)", 0, "a(b)c", 1},
-        {"(a)(b)", 0, "(a)(b)", 0},
-        {"(a", 0, "(a", 0},
-        {"[x]", 0, "x", 1},
-        {"{x} ", 0, "x", 1},
-        {"()", 0, "", 1},
-        {"", 0, "", 0},
-        {"   ", 0, "", 3},
-        {"   ", 1, "", 0},
-        {"  (a)  ", 1, "  (a)", 0},
-        {"  (a)  ", 0x10000, "a", 3},  // only the low 16 bits of mode count
-        {"(a\"b)c\")", 0, "a\"b)c\"", 1},
-        {"plain  ", 0, "plain", 0},
-        {"\"a\"b\"", 0, "\"a\"b\"", 0},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string("text <") + c.text + "> mode " + std::to_string(c.mode));
-        auto buf = writable(c.text);
-        char* inside = KELUTIL_str_inside(buf.data(), c.mode);
-        EXPECT_STREQ(inside, c.inside);
-        EXPECT_EQ(inside - buf.data(), c.offset);
-        EXPECT_EQ(static_cast<unsigned char>(buf[std::strlen(c.text) + 1]), vltest::kPoison);
-    }
+    vltest::each_row(kData, "inside", 4, [](const auto& f) {
+        auto buf = writable(f[0]);
+        char* inside = KELUTIL_str_inside(buf.data(), static_cast<uint32_t>(vltest::integer(f[1])));
+        EXPECT_EQ(std::string(inside), f[2]);
+        EXPECT_EQ(inside - buf.data(), vltest::integer(f[3]));
+        EXPECT_EQ(static_cast<unsigned char>(buf[f[0].size() + 1]), vltest::kPoison);
+    });
 }
 
 TEST(Strip, RemovesAllWhiteSpace) {
-    const struct {
-        const char* text;
-        const char* stripped;
-    } cases[] = {
-        {" a b\tc\r\nd ", "abcd"}, {"", ""}, {" \t\r\n", ""}, {"abc", "abc"}, {"a\vb", "a\vb"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        auto buf = writable(c.text);
+    vltest::each_row(kData, "strip", 2, [](const auto& f) {
+        auto buf = writable(f[0]);
         KELUTIL_strip(buf.data());
-        EXPECT_STREQ(buf.data(), c.stripped);
-    }
+        EXPECT_EQ(std::string(buf.data()), f[1]);
+    });
 }
 
 TEST(PrependString, Table) {
@@ -87,89 +63,33 @@ TEST(PrependString, Table) {
 }
 
 TEST(Str2Ascii, Table) {
-    const struct {
-        const char* text;
-        std::string bytes;
-    } cases[] = {
-        {"a\\x41b", "aAb"},
-        {"\\q", "\\q"},
-        {"\\n\\r\\t\\d", std::string("\n\r\t\b")},
-        {"a\\0b", std::string("a\0b", 3)},
-        {"\\x00", std::string(1, '\0')},
-        {"\\XfF", "\xFF"},
-        {"\\x4", "\x04"},
-        {"\\x", std::string(1, '\0')},
-        {"end\\", "end\\"},
-        {"\\\\n", "\\\\n"},
-        {"\\b", "\\b"},
-        {"\\N", "\\N"},
-        {"\\x414", "A4"},
-        {"", ""},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        auto buf = writable(c.text);
+    vltest::each_row(kData, "ascii", 2, [](const auto& f) {
+        auto buf = writable(f[0]);
         const int32_t n = KELUTIL_str2ascii(buf.data());
-        ASSERT_EQ(n, static_cast<int32_t>(c.bytes.size()));
-        EXPECT_EQ(std::string(buf.data(), n), c.bytes);
+        ASSERT_EQ(n, static_cast<int32_t>(f[1].size()));
+        EXPECT_EQ(std::string(buf.data(), n), f[1]);
         EXPECT_EQ(buf[n], '\0') << "terminator follows the result";
-    }
+    });
 }
 
 TEST(EndNumber, Table) {
-    const struct {
-        const char* text;
-        const char* stem;
-        int32_t number;
-    } cases[] = {
-        {"Data12", "Data", 12},
-        {"Data105", "Data", 105},
-        {"Data1234", "Data1", 234},
-        {"12", "1", 2},
-        {"Data05", "Data0", 5},
-        {"A1", "A", 1},
-        {"7", "7", 0},
-        {"", "", 0},
-        {"Data", "Data", 0},
-        {"X105", "X", 105},
-        {"105", "10", 5},
-        {"A00", "A0", 0},
-        {"Ab9", "Ab", 9},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        vltest::Poisoned stem(std::strlen(c.text) + 1);
-        EXPECT_EQ(KELUTIL_End_Number(stem.data(), c.text), c.number);
-        EXPECT_EQ(stem.text(), c.stem);
-    }
+    vltest::each_row(kData, "end_number", 3, [](const auto& f) {
+        vltest::Poisoned stem(f[0].size() + 1);
+        EXPECT_EQ(KELUTIL_End_Number(stem.data(), f[0].c_str()), vltest::integer(f[2]));
+        EXPECT_EQ(stem.text(), f[1]);
+    });
 }
 
 TEST(GetParsedArguments, Table) {
-    const struct {
-        const char* name;
-        const char* text;
-        int32_t max;
-        uint32_t flags;
-        std::vector<std::string> args;
-    } cases[] = {
-        {"max 2 leaves the tail", "a,b,c,d", 2, 0, {"a", "b", "c,d"}},
-        {"all", "a,b,c", 10, 0, {"a", "b", "c"}},
-        {"empty pieces", ",,", 5, 0, {"", "", ""}},
-        {"no split with max 0", "a,b", 0, 0, {"a,b"}},
-        {"blanks kept", " a , b", 5, 0, {" a ", " b"}},
-        {"blanks stripped", " a , b", 5, 1, {"a", "b"}},
-        {"stripped to nothing", "   ", 5, 1, {""}},
-        {"brackets do not protect", "f(a,b)", 5, 0, {"f(a", "b)"}},
-        {"trailing comma", "a,", 5, 0, {"a", ""}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        auto buf = writable(c.text);
-        std::vector<char*> slots(static_cast<std::size_t>(std::max(c.max, 0)) + 1, nullptr);
-        const int32_t n = KELUTIL_GetParsedArguments(buf.data(), slots.data(), c.max, c.flags);
-        ASSERT_EQ(n, static_cast<int32_t>(c.args.size()));
-        for (int32_t i = 0; i < n; ++i) EXPECT_EQ(std::string(slots[i]), c.args[i]) << "slot " << i;
-    }
+    vltest::each_row(kData, "args", 4, [](const auto& f) {
+        auto buf = writable(f[1]);
+        const auto max = static_cast<int32_t>(vltest::integer(f[2]));
+        std::vector<char*> slots(static_cast<std::size_t>(std::max(max, 0)) + 1, nullptr);
+        const int32_t n =
+            KELUTIL_GetParsedArguments(buf.data(), slots.data(), max, static_cast<uint32_t>(vltest::integer(f[3])));
+        ASSERT_EQ(n, static_cast<int32_t>(f.size() - 4));
+        for (int32_t i = 0; i < n; ++i) EXPECT_EQ(std::string(slots[i]), f[4 + i]) << "slot " << i;
+    });
     char* slot = nullptr;
     EXPECT_EQ(KELUTIL_GetParsedArguments(nullptr, &slot, 3, 0), 0);
     char empty[1] = {0};

@@ -1,69 +1,30 @@
 // Splitting script lines into tokens.
 
+#include <cstring>
 #include <string>
+#include <vector>
 
 #include "support.h"
+#include "text/text_rows.h"
 #include "vlcore.h"
 
 using vltest::Poisoned;
 
 namespace {
 
-struct TokenCase {
-    const char* text;
-    const char* token;
-    const char* rest;
-};
-
 // Each token buffer is exactly strlen(text)+1 long: the promised room.
-void check_token(const TokenCase& c, char*(VLAPI* entry)(char*, const char*)) {
-    SCOPED_TRACE(std::string("text <") + c.text + ">");
-    Poisoned token(std::strlen(c.text) + 1);
-    const char* rest = entry(token.data(), c.text);
-    EXPECT_EQ(token.text(), c.token);
-    EXPECT_STREQ(rest, c.rest);
-    EXPECT_GE(rest, c.text);
-    EXPECT_LE(rest, c.text + std::strlen(c.text));
+void check_token(const std::vector<std::string>& f, char*(VLAPI* entry)(char*, const char*)) {
+    const std::string& text = f[0];
+    Poisoned token(text.size() + 1);
+    const char* rest = entry(token.data(), text.c_str());
+    EXPECT_EQ(token.text(), f[1]);
+    ASSERT_GE(rest, text.c_str());
+    ASSERT_LE(rest, text.c_str() + text.size());
+    EXPECT_EQ(std::string(rest), f[2]);
 }
 
 TEST(NextToken, ScriptLines) {
-    const TokenCase cases[] = {
-        {"abc def", "abc", "def"},
-        {"a+b", "a", "+b"},
-        {"+b", "+", "b"},
-        {"a*b c", "a*b", "c"},
-        {"1.5e-3+2", "1.5e-3", "+2"},
-        {"Xe-3", "Xe", "-3"},
-        {"\"a b\" c", "a b", "c"},
-        {"(x + y)*2", "x + y", "*2"},
-        {"f(1, 2) g", "f(1, 2)", "g"},
-        {"a[1]+2", "a[1]", "+2"},
-        {"abc{d}", "abc", "{d}"},
-        {"abc\"d\"", "abc", "\"d\""},
-        {"((a)b)c", "(a)b", "c"},
-        {"a;b", "a", ";b"},
-        {";x", "", ";x"},
-        {"", "", ""},
-        {" \t\r\n ", "", ""},
-        {"  lead", "lead", ""},
-        {"2e=3", "2e=3", ""},
-        {"2E^3 x", "2E^3", "x"},
-        {"2e/3", "2e/3", ""},
-        {"e-3", "e", "-3"},
-        {"-3", "-", "3"},
-        {"1e--3", "1e-", "-3"},
-        {"(a+b)", "a+b", ""},
-        {"\"unterminated text", "unterminated text", ""},
-        {"(a\"b)c\"", "a\"b", "c\""},
-        {"[a b]c", "a b", "c"},
-        {"{a;b} c", "a;b", "c"},
-        {"(a(b)", "a(b)", ""},
-        {"x=1", "x", "=1"},
-        {"=1", "=", "1"},
-        {"a  ;  b", "a", ";  b"},
-        {"f[(x]) y", "f[(x]", ") y"},
-    };
-    for (const auto& c : cases) check_token(c, KELUTIL_next_token);
+    vltest::each_row("text/tokens.tsv", "token", 3, [](const auto& f) { check_token(f, KELUTIL_next_token); });
 }
 
 TEST(NextToken, LoopOverALineStepsOverSemicolons) {
@@ -79,53 +40,39 @@ TEST(NextToken, LoopOverALineStepsOverSemicolons) {
 }
 
 TEST(NextWord, StopsOnlyAtWhiteSpace) {
-    const TokenCase cases[] = {
-        {"abc def", "abc", "def"}, {"  a+b(c d) e", "a+b(c", "d) e"}, {"\"a b\"", "\"a", "b\""}, {"", "", ""},
-        {" \t ", "", ""},          {"x;y\n\nz", "x;y", "z"},
-    };
-    for (const auto& c : cases) check_token(c, KELUTIL_next_word);
+    vltest::each_row("text/tokens.tsv", "word", 3, [](const auto& f) { check_token(f, KELUTIL_next_word); });
 }
 
-struct SepCase {
-    const char* text;
-    const char* separators;
-    const char* token;  // null: token untouched
-    const char* rest;   // null: no separator occurs
-};
-
 TEST(TokenSep, FirstSeparatorOfTheSetWins) {
-    const SepCase cases[] = {
-        {"a;b,c", ",;", "a;b", "c"},   {"a;b,c", ";,", "a", "b,c"},    {"key=value", "=", "key", "value"},
-        {"=x", "=", "", "x"},          {"abc", ",", nullptr, nullptr}, {"", ",", nullptr, nullptr},
-        {"a,b", "", nullptr, nullptr}, {"trail,", ",", "trail", ""},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string("text <") + c.text + "> separators <" + c.separators + ">");
-        std::vector<char> text = vltest::writable(c.text);
+    vltest::each_row("text/tokens.tsv", "sep", 4, [](const auto& f) {
+        const std::string& source = f[0];
+        const bool found = f[3] != "(null)";
+        std::vector<char> text(source.c_str(), source.c_str() + source.size() + 1);
+        text.resize(text.size() + 8, static_cast<char>(vltest::kPoison));  // to see writes behind the text
         const std::vector<char> before = text;
-        Poisoned token(std::strlen(c.text) + 1);
-        char* rest = get_next_token_sep(token.data(), text.data(), c.separators);
+        Poisoned token(source.size() + 1);
+        char* rest = get_next_token_sep(token.data(), text.data(), f[1].c_str());
         EXPECT_EQ(text, before) << "text must be unchanged";
-        if (!c.rest) {
+        if (!found) {
             EXPECT_EQ(rest, nullptr);
             EXPECT_TRUE(token.clean_from(0)) << "token must be untouched";
         } else {
             ASSERT_NE(rest, nullptr);
-            EXPECT_STREQ(rest, c.rest);
-            EXPECT_EQ(token.text(), c.token);
+            EXPECT_EQ(std::string(rest), f[3]);
+            EXPECT_EQ(token.text(), f[2]);
         }
 
-        Poisoned whole(std::strlen(c.text) + 1);
-        char* rest2 = KELUTIL_next_token_sep(whole.data(), text.data(), c.separators);
+        Poisoned whole(source.size() + 1);
+        char* rest2 = KELUTIL_next_token_sep(whole.data(), text.data(), f[1].c_str());
         ASSERT_NE(rest2, nullptr);
-        if (!c.rest) {
-            EXPECT_EQ(whole.text(), c.text);
-            EXPECT_EQ(rest2, text.data() + std::strlen(c.text)) << "must point at the terminator";
+        if (!found) {
+            EXPECT_EQ(whole.text(), source);
+            EXPECT_EQ(rest2, text.data() + source.size()) << "must point at the terminator";
         } else {
             EXPECT_EQ(rest2, rest);
-            EXPECT_EQ(whole.text(), c.token);
+            EXPECT_EQ(whole.text(), f[2]);
         }
-    }
+    });
 }
 
 }  // namespace
