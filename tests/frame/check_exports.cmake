@@ -8,13 +8,17 @@
 
 cmake_policy(VERSION 3.25)
 
+# Names and ordinals of a list; entries marked "windows" are left out of
+# the native list, as only the DLL has them.
 function(read_table file out_names)
   file(STRINGS "${file}" lines)
   set(names "")
   foreach(line IN LISTS lines)
-    if(line MATCHES "^([A-Za-z_0-9]+) ([0-9]+)$")
-      list(APPEND names "${CMAKE_MATCH_1}")
+    if(line MATCHES "^([A-Za-z_0-9]+) ([0-9]+)( windows)?$")
       set(ORD_${CMAKE_MATCH_1} "${CMAKE_MATCH_2}" PARENT_SCOPE)
+      if(NOT CMAKE_MATCH_3 OR MODE STREQUAL "windows")
+        list(APPEND names "${CMAKE_MATCH_1}")
+      endif()
     endif()
   endforeach()
   set(${out_names} "${names}" PARENT_SCOPE)
