@@ -16,7 +16,17 @@ if [ ! -f "$WINEPREFIX/system.reg" ]; then
     wineserver -w 2>/dev/null || true
   ) 9>"$WINEPREFIX.lock"
 fi
+# A program that fails within a second has most likely not run at all,
+# for instance by meeting a Wine server that the program before left
+# shutting down.  It starts once more when every Wine process is gone.
+start=$(date +%s)
 "$WINE" "$@"
 status=$?
+if [ "$status" -ne 0 ] && [ $(($(date +%s) - start)) -le 1 ]; then
+  echo "wine-run: $(basename "$1") ended at once with status $status; starting it again" >&2
+  timeout 60 wineserver -w 2>/dev/null || true
+  "$WINE" "$@"
+  status=$?
+fi
 [ "$status" -eq 0 ] || echo "wine-run: $(basename "$1") ended with status $status" >&2
 exit "$status"
