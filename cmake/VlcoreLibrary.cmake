@@ -75,6 +75,15 @@ list(APPEND VLCORE_SOURCES
   src/text/format_output.cpp
   src/text/format_text.cpp
   src/text/real2str.cpp)
+# The colour table and palette; pens, brushes and palettes need the window
+# system and are made in the Windows half only.
+list(APPEND VLCORE_SOURCES src/colour/color_table.cpp src/colour/colour_state.cpp src/colour/palette.cpp
+  src/colour/square.cpp)
+if(WIN32)
+  list(APPEND VLCORE_SOURCES src/colour/gdi_win32.cpp)
+else()
+  list(APPEND VLCORE_SOURCES src/colour/gdi_posix.cpp)
+endif()
 
 if(WIN32)
   list(APPEND VLCORE_SOURCES

@@ -629,6 +629,105 @@ int32_t VLAPI KELUTIL_date2str_custom(double value, int32_t slot, char *out);
 int32_t VLAPI KELUTIL_dateinc(double *date, intptr_t argument, uint32_t operation);
 
 /* ------------------------------------------------------------------------
+ * Colour table, palette and bevelled squares
+ *
+ * A colour number is a row of the colour table, 0 to count - 1, passed in
+ * the low 16 bits; the number `count` itself stands for "Transparent".  An
+ * RGB value is 0x00BBGGRR.  The table has room for 40 rows.
+ *
+ * Natively there is no window system: no pen, brush or palette is made and
+ * no device context or combo box is touched.  The operations that would
+ * use one answer as on Windows when the system cannot make the object (0,
+ * nothing held or selected); KELUTIL_Palette operation 12 answers 0.
+ * --------------------------------------------------------------------- */
+#ifndef VL_HDC_DEFINED
+#define VL_HDC_DEFINED
+#ifdef _WIN32
+typedef HDC VL_HDC;
+#else
+typedef struct VL_HDC__ *VL_HDC;
+#endif
+#endif
+
+/* The colour table.  `handle` is a device context (an HDC), or a window
+ * for operations 2 and 7; `number` and `operation` use their low 16 bits;
+ * `value` is a pointer or a number as the operation says.
+ *   0  load: built-in names from the string table, then the section
+ *      "Color List" of the settings file `value` (a key a row, "R G B" its
+ *      value).  Answers the byte count of the key list when it is below 3
+ *      (table unchanged), else 0 (the palette is built).  Keys past 40 are
+ *      left out; names are cut to 27 characters, values read by the whole
+ *      key.  A null path reads nothing.  The table as it stood before is
+ *      the snapshot that operation 24 returns to (before the first load:
+ *      the built-in table).
+ *   1  deletes the palette.              3  the count.
+ *   2  the Colour dialog is not part of this library: answers 0, as a
+ *      dialog closed without OK; nothing is changed or saved.
+ *   4  makes a pen (`value`: width in 1/500 point, 0 the thinnest; turned
+ *      into device units by KELUTIL_3Dsquare command 4100) and selects it.
+ *   5  selects the black pen, deletes the pen made.
+ *   6  *(uint32_t *)value = RGB of `number`: 0; 1 for a null `value` or a
+ *      number not below the count (0 is stored).
+ *   7  adds the names and "Transparent" to the combo box `handle`.
+ *   8  `number` 0 the null pen, else the black pen; 1 for a null `handle`.
+ *   9  makes and selects a brush; for the number `count` and beyond the
+ *      hollow brush.  10 and 12 brushes lighter / darker by `value`
+ *      percent, 13 a darker pen (`value` 0: operation 4 with width 0).
+ *   11 selects the black brush, deletes the brush made.
+ *   14 number + 1 of the name `value` (any case); 0 when none (or null).
+ *   15 copies the name of `number` modulo count into `value` (28 bytes);
+ *      1 for a null `value`, and for an empty table (`value` gets "").
+ *   16 number + 1 of the exact RGB `value`; 0 when none.
+ *   17 number of the nearest RGB (first row on a tie; 0 for an empty table).
+ *   18 as 6 with `number` modulo count; an empty table stores 0, answers 1.
+ *   19 sets the count (held to 0..40).  20 sets the RGB and 21 the name
+ *      (null: unchanged) of row `number`; rows above 39 are ignored.
+ *   22 saves the table into the settings file `value` (the section is
+ *      rewritten); answers the count, 0 for a null path (nothing written).
+ *   23 answers 40.                       24 back to the snapshot.
+ * Any other operation answers the operation itself. */
+int32_t VLAPI KELUTIL_Color(void *handle, uint32_t number, intptr_t value, uint32_t operation);
+
+/* The library's palette of 64 entries: the 40 table rows, then room for
+ * the host's colours.  `operation` and `count` use their low 16 bits.
+ *   0  builds the palette if there is none.   1  deletes it.
+ *   2  builds it if needed; selects into `dc` (may be null) the default
+ *      palette for colour type 0, the library's for type 1, and realises.
+ *   3  selects the default palette into `dc` and realises it.
+ *   5  the colour type: always 0, since no operation sets it.
+ *   6  refreshes entries 0 to count - 1 from the table.
+ *   7  `value` is a const uint32_t * of `count` RGB values: entries from 39
+ *      on (at most 25 are taken); first selects the default palette into a
+ *      non-null `dc`.
+ *   10 the drawing colour of the RGB `value`: unchanged for type 0,
+ *      0x02BBGGRR for type 1.
+ *   11 writes the type as "Color Type" in "Color List2" of the settings
+ *      file `value` (nothing for a null path).
+ *   12 the palette handle (an HPALETTE), or 0.
+ * Answers 0 apart from 5, 10 and 12; other operations do nothing. */
+intptr_t VLAPI KELUTIL_Palette(VL_HDC dc, uint32_t operation, uint32_t count, intptr_t value);
+
+/* Bevelled squares, and the scaling behind them and behind pen widths.
+ * `rect` and `out_rect` point to rectangles of four int32_t, left, top,
+ * right, bottom (a RECT); `out_rect` receives the usable inner rectangle,
+ * or is null.  `flags`: drawing mode in the low 4 bits (1 flat box, 2
+ * outlined box, 3 raised panel, 4 bevelled box, 8 diamond; others draw
+ * nothing), 0x0100 swaps light and dark edges (4, 8), 0x0400 framed form
+ * (4), 0x0800 outline in the colour `value` (2), 0x2000 the panel grows
+ * outward from `rect` (3), 0x4000 fill with stock brush `value` (0: light
+ * gray), 0x8000 fill with the colour `value`.  A drawing answers 0; a null
+ * `rect` draws nothing and leaves `out_rect` alone.  Natively nothing is
+ * drawn, but the inner rectangle is worked out all the same.
+ * With 0x1000 in `flags` its low 16 bits are a command instead:
+ *   4096  sets the bevel size from `value` (unless 0), the resolution from
+ *         *(const uint16_t *)rect and the zoom from *(uint16_t *)out_rect
+ *         (each unless null); answers 0.  Defaults: 600, 300, 100.
+ *   4097, 4098, 4099  the size, the resolution, the zoom.
+ *   4100  `value` (16 bits signed) in 1/500 point, in device units.
+ *   any other: 0. */
+int32_t VLAPI KELUTIL_3Dsquare(VL_HDC dc, int32_t value, void *rect, void *out_rect, uint32_t flags);
+
+/* ------------------------------------------------------------------------
  * Movable memory blocks (native builds only)
  *
  * Entries that hand out blocks give handles of movable, zero-filled memory

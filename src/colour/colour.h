@@ -1,0 +1,126 @@
+// The colour subsystem: the table of named colours, the palette built from
+// it, and the thin window-system half that turns colours into pens,
+// brushes, combo box items and palettes.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "vlcore.h"
+
+namespace vl::colour {
+
+// ---- The colour table --------------------------------------------------------
+
+constexpr std::size_t kNameRoom = 28;  // name bytes of a row, terminator included
+constexpr std::size_t kTableRows = 40;
+
+struct color_entry {
+    std::array<char, kNameRoom> name{};
+    uint32_t rgb = 0;  // 0x00BBGGRR
+};
+
+struct ColorTable {
+    std::array<color_entry, kTableRows> rows{};
+    int32_t count = 0;
+};
+
+// The table the library starts with: 24 rows, their names as the string
+// table gives them at load.
+ColorTable builtin_table() noexcept;
+
+// The live table, and the snapshot that "back to the defaults" returns to.
+// color_table.count is the table's `color_count`.
+extern ColorTable color_table;
+extern ColorTable color_defaults;
+
+// The one pen and the one brush that KELUTIL_Color holds for the host;
+// null when none is held.  Opaque here, GDI objects on Windows.
+extern void* color_pen;
+extern void* color_brush;
+
+// The scaling of the bevelled square routine: the size behind all bevel
+// widths, and dots per inch and zoom in percent for line widths.
+extern int32_t square_size;
+extern int32_t square_resolution;
+extern int32_t square_zoom;
+
+// A line width in 1/500 point turned into device units at the current
+// resolution and zoom.
+int32_t line_width_units(int16_t width) noexcept;
+
+// The colours of the shaded brushes and pens: `percent` toward white or
+// toward black, each component by itself, low 8 bits kept.
+uint32_t lighten(uint32_t rgb, int32_t percent) noexcept;
+uint32_t darken(uint32_t rgb, int32_t percent) noexcept;
+
+// ---- The palette ---------------------------------------------------------------
+
+constexpr std::size_t kPaletteEntries = 64;
+constexpr uint16_t kPaletteVersion = 0x300;
+constexpr uint8_t kReservedEntry = 1;  // the flags byte of every entry
+// The first entry that host colours go to: they take row 39's place.
+constexpr std::size_t kHostColourEntry = 39;
+
+struct PaletteEntry {
+    uint8_t red = 0, green = 0, blue = 0, flags = 0;
+};
+using PaletteEntries = std::array<PaletteEntry, kPaletteEntries>;
+
+// `color_palette` is the system palette (null natively and when the system
+// refused it); `palette_entries` what the library last put into it.
+extern void* color_palette;
+extern PaletteEntries palette_entries;
+extern int8_t color_type;
+
+PaletteEntry palette_entry(uint32_t rgb) noexcept;
+
+// ---- The window system ---------------------------------------------------------
+// Natively these make nothing, select nothing and add nothing.
+namespace gdi {
+
+// Stock objects by the numbers GetStockObject takes.
+constexpr int kBlackBrush = 4;
+constexpr int kHollowBrush = 5;
+constexpr int kBlackPen = 7;
+constexpr int kNullPen = 8;
+constexpr int kDefaultPalette = 15;
+
+void* create_pen(int32_t width, uint32_t colour) noexcept;
+void* create_solid_brush(uint32_t colour) noexcept;
+void select(VL_HDC dc, void* object) noexcept;
+void select_stock(VL_HDC dc, int stock) noexcept;
+void delete_object(void* object) noexcept;
+// CB_ADDSTRING.
+void add_combo_item(void* combo, const char* text) noexcept;
+
+// Drawing with the pen and brush selected; points and rectangles in
+// logical units.
+struct Point {
+    int32_t x, y;
+};
+struct Rect {
+    int32_t left, top, right, bottom;
+};
+void rectangle(VL_HDC dc, const Rect& r) noexcept;
+void polygon(VL_HDC dc, std::span<const Point> points) noexcept;
+void move_to(VL_HDC dc, Point p) noexcept;
+void line_to(VL_HDC dc, Point p) noexcept;
+// LPtoDP of two points; natively they stay as they are.
+void to_device(VL_HDC dc, std::span<Point, 2> points) noexcept;
+// SaveDC, then one logical unit a pixel with both origins at 0, 0.
+void begin_device_units(VL_HDC dc) noexcept;
+void end_device_units(VL_HDC dc) noexcept;
+// GetStockObject: the object itself.
+void* stock(int number) noexcept;
+
+void* create_palette(const PaletteEntries& entries) noexcept;
+void set_palette_entries(void* palette, std::size_t first, std::span<const PaletteEntry> entries) noexcept;
+// Selects `palette` (null: the default stock palette) in the foreground
+// and realises it when the context gave a previous one back.
+void select_palette(VL_HDC dc, void* palette) noexcept;
+
+}  // namespace gdi
+}  // namespace vl::colour
