@@ -84,6 +84,11 @@ if(WIN32)
 else()
   list(APPEND VLCORE_SOURCES src/colour/gdi_posix.cpp)
 endif()
+# Device-independent bitmaps: the platform-free DIB arithmetic.
+list(APPEND VLCORE_SOURCES src/output/dib.cpp)
+if(WIN32)
+  list(APPEND VLCORE_SOURCES src/output/dib_win32.cpp)
+endif()
 
 if(WIN32)
   list(APPEND VLCORE_SOURCES

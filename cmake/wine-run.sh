@@ -16,6 +16,12 @@ if [ ! -f "$WINEPREFIX/system.reg" ]; then
     wineserver -w 2>/dev/null || true
   ) 9>"$WINEPREFIX.lock"
 fi
+# A program that needs a screen of its own waits until the Wine server of
+# the program before is gone: a server still up would keep showing that
+# program's screen.
+if [ -n "$VLCORE_WINE_OWN_SERVER" ]; then
+  timeout 60 wineserver -w 2>/dev/null || true
+fi
 # A program that fails within a second has most likely not run at all,
 # for instance by meeting a Wine server that the program before left
 # shutting down.  It starts once more when every Wine process is gone.

@@ -728,6 +728,77 @@ intptr_t VLAPI KELUTIL_Palette(VL_HDC dc, uint32_t operation, uint32_t count, in
 int32_t VLAPI KELUTIL_3Dsquare(VL_HDC dc, int32_t value, void *rect, void *out_rect, uint32_t flags);
 
 /* ------------------------------------------------------------------------
+ * Device-independent bitmaps
+ *
+ * A DIB is one block: a header, a colour table, the pixels.  A header whose
+ * first field (its size) is 40 is a BITMAPINFOHEADER with colour entries of
+ * 4 bytes (blue, green, red, reserved); any other size is read as the
+ * 12-byte BITMAPCOREHEADER with entries of 3 bytes (blue, green, red).
+ * Colour count: a 40-byte header's biClrUsed when not 0, else by bits per
+ * pixel 1 -> 2, 4 -> 16, 8 -> 256, 16 and 32 -> 3 (the colour masks,
+ * whatever the compression), all others 0.
+ * What these entries create is the caller's: palettes and bitmaps go with
+ * DeleteObject, DIB blocks with GlobalFree.
+ * --------------------------------------------------------------------- */
+
+/* The size of the colour table in bytes: the count times 4 with a 40-byte
+ * header, times 3 otherwise.  0 for a null DIB; a count so large that the
+ * size passes 32 bits answers 0xFFFFFFFF. */
+uint32_t VLAPI PaletteSize(const void *dib);
+/* The address of the pixels: behind the header (40 bytes, or 12 for every
+ * other size field, however large it claims to be) and the colour table.
+ * Null for a null DIB. */
+void *VLAPI FindDIBBits(void *dib);
+
+#ifdef _WIN32
+/* A palette of the DIB's colour table (flags 0), or null: for a null
+ * handle, a DIB without colour table (more than 8 bits per pixel), and a
+ * block shorter than its header and colour table. */
+HPALETTE VLAPI CreateDIBPalette(HGLOBAL dib);
+/* A bitmap compatible with the screen holding the DIB's picture, with
+ * `palette` (or none) selected on the screen's context meanwhile.  The
+ * colour table of a DIB of 8 bits or fewer is read as 16-bit indices into
+ * that palette, or without one into the context's realized default
+ * palette, so the pixels come out in the palette's colours, not in RGB
+ * values of the table (a table as KELUTIL_BitmapToDIB makes it does not
+ * give its own colours back).  DIBs of more bits have no colour table and
+ * keep their colours.  Null for a null handle and for a block too short
+ * for the pixels its header promises. */
+HBITMAP VLAPI DIBToBitmap(HGLOBAL dib, HPALETTE palette);
+/* A DIB of the bitmap with a 40-byte header, by `palette` (null: the
+ * default palette), at `bits` per pixel (low 16 bits; 0: the bitmap's own
+ * depth).  Depths above 8 are made as 24; depths 2, 3, 5, 6 and 7 make no
+ * DIB.  Null also for a null bitmap, when the window system can't give
+ * the pixels, and without memory.  The bitmap must not be selected into a
+ * device context. */
+HGLOBAL VLAPI KELUTIL_BitmapToDIB(HBITMAP bitmap, HPALETTE palette, uint32_t bits);
+/* A palette whose entry i stands for slot i of the system palette
+ * (PC_EXPLICIT), sized by the device; null on a device with more colours
+ * than a palette holds (no system palette), or without memory. */
+HPALETTE VLAPI GetSystemPalette(void);
+
+#define VL_BITMAPFILE_FINISH 0x2000 /* phase two */
+#define VL_BITMAPFILE_AREA 0x4000   /* phase one: size from area->right, area->bottom */
+#define VL_BITMAPFILE_MONO 0x100    /* phase one: a monochrome picture */
+/* A picture for a bitmap file, in two calls; `flags` is 16 bits signed.
+ * Phase one (no VL_BITMAPFILE_FINISH): `area` is a RECT * (may be null
+ * without VL_BITMAPFILE_AREA); the picture is 200 x 200, or right x bottom
+ * of `area`.  Answers a memory device context holding a white picture and
+ * writes 0, 0, width, height into `area`.  Answers 0 after the message
+ * "Insufficient memory!" when no bitmap can be made, and 0 with no message
+ * and `area` untouched when VL_BITMAPFILE_AREA gives a null area or a width
+ * or height below 1.  One picture at a time: a new phase one abandons the
+ * picture under way.
+ * Phase two (VL_BITMAPFILE_FINISH): deletes `dc`, makes a DIB of the
+ * picture at `area` bits per pixel (as KELUTIL_BitmapToDIB) and writes it
+ * as a BMP file to the open `file` (a handle as _lwrite takes it; it stays
+ * open): the 14-byte file header, then header, colour table and pixels.
+ * Without a picture under way (phase one failed, or phase two came
+ * already) nothing is written.  Write errors are not reported.  Answers 0. */
+HDC VLAPI KELUTIL_BitmapFile(int32_t file, HDC dc, intptr_t area, int32_t flags);
+#endif
+
+/* ------------------------------------------------------------------------
  * Movable memory blocks (native builds only)
  *
  * Entries that hand out blocks give handles of movable, zero-filled memory
