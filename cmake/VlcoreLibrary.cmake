@@ -75,6 +75,14 @@ list(APPEND VLCORE_SOURCES
   src/text/format_output.cpp
   src/text/format_text.cpp
   src/text/real2str.cpp)
+# The file dialogs' path registry and file type table, and the directories
+# and drives they ask the system about.
+list(APPEND VLCORE_SOURCES src/filedlg/filedlg_state.cpp src/filedlg/file_types.cpp src/filedlg/path_registry.cpp)
+if(WIN32)
+  list(APPEND VLCORE_SOURCES src/filedlg/file_types_win32.cpp src/platform/win32/paths.cpp)
+else()
+  list(APPEND VLCORE_SOURCES src/platform/posix/paths.cpp)
+endif()
 # The colour table and palette; pens, brushes and palettes need the window
 # system and are made in the Windows half only.
 list(APPEND VLCORE_SOURCES src/colour/color_table.cpp src/colour/colour_state.cpp src/colour/palette.cpp

@@ -799,6 +799,84 @@ HDC VLAPI KELUTIL_BitmapFile(int32_t file, HDC dc, intptr_t area, int32_t flags)
 #endif
 
 /* ------------------------------------------------------------------------
+ * File dialogs: path registry and file types
+ *
+ * The library remembers, for each file extension, the directory last used
+ * for files of that kind, so that its file dialogs open where the user
+ * left off; the host fills the registry at start and reads it out at the
+ * end.  The file type table holds what the dialogs list as file types.
+ * --------------------------------------------------------------------- */
+
+/* Splits `path` at its last backslash or colon: `dir` gets everything
+ * through the separator (empty when there is none), `name` what follows,
+ * and `ext` (may be null) the last extension with its dot; `ext` keeps what
+ * it held when the last part has no dot.  `path` is only read; `dir` may
+ * be `path` itself.  Each output needs strlen(path)+1 bytes. */
+void VLAPI KELUTIL_SeparatePath(const char *path, char *dir, char *name, char *ext);
+
+/* The path registry: at most 25 rows, each an extension key (the first 3
+ * characters of `ext`, compared without regard to case), a directory of at
+ * most 266 characters and a remembered file-type row (0-255).  A lookup
+ * takes the first row whose key begins the asked key: a row D answers to
+ * DAT and DOC, a row with an empty key to everything.
+ * Operations (`operation`, low 16 bits):
+ *   0 finds the extension `ext`; copies the row's directory to `path`
+ *     (267 bytes) when not null; answers the row number, or -1.  When no
+ *     row matches and `path` is not null, the file callback of
+ *     KELUTIL_Main operation 6 is sent message 4143 with window 0, `path`
+ *     and the library's copy of the key, and may write a directory into
+ *     `path`; its answer is not read and the result stays -1.
+ *   1 stores the directory `path` for `ext`: in the row whose key is the
+ *     same (case aside), else in a new row remembering 0.
+ *     Choices of this library: with 25 rows in use a new extension is not
+ *     stored; a null `path`, or one longer than 266 characters, changes
+ *     nothing (a cut directory would name another one).
+ *   2 records the working directory as the start-up directory (at most 119
+ *     characters; a longer one or a failure leaves the old).  KELUTIL_Main's
+ *     start does this.
+ *   3 empties the registry.
+ *   4 answers the count of rows.
+ *   5 copies row `value` (0-based) out: its directory to `path` (267
+ *     bytes) and its key to `ext` (4 bytes), each when not null; answers the
+ *     remembered byte, 0 to 255.  Choice of this library: a row number that
+ *     is not in use answers -1 and writes nothing.
+ *   6 stores the low 8 bits of `value` as the remembered row of every row
+ *     whose key begins `ext`.
+ * Answers -1 apart from 0, 4 and 5; other operations do nothing.
+ * Natively the start-up directory is the POSIX working directory. */
+int32_t VLAPI KELUTIL_PathControl(uint32_t operation, char *path, char *ext, int32_t value);
+
+/* The file type table: rows 1 to 25, each a description of at most 119
+ * characters (a label token, quoted when it holds blanks, then the pattern,
+ * as "\"Data files\" *.DAT") and an extension of at most 4 characters with
+ * its dot, and the selected row (1 at load).  `row` uses its low 16 bits,
+ * signed; a row above 25 answers 1 and changes nothing, whatever the
+ * operation.  Operations (low 16 bits):
+ *   17 makes `row` the selected row;
+ *   18 answers the selected row;
+ *   19 sets the description of `row` from `text` (null empties it; a longer
+ *      text is cut to 119 characters);
+ *   20 copies the description to `text` (120 bytes);
+ *   21 copies the extension to `text` (5 bytes);
+ *   22 sets the extension from `text` (null empties it; only the first 4
+ *      characters stay);
+ *   23 answers the first of rows 1 to the selected row whose extension is
+ *      `text`, case aside, else 0 (also for a null `text`).
+ * Choice of this library: 17 and 19 to 22 answer 1 and change nothing for a
+ * row below 1.  The others answer 0; other operations do nothing. */
+int32_t VLAPI KELUTIL_Fdlog_Str(char *text, int32_t row, uint32_t operation);
+
+/* Fits the file name `path` (changed in place) to the extension `ext`,
+ * given with its dot.  The last part of the path, from its last backslash
+ * on (the backslash counted), decides: without a dot it gets `ext`
+ * appended; one that ends in `ext` (case aside) stays; one whose last dot
+ * starts an extension of 3 characters keeps it, or has it replaced by `ext`
+ * when `replace` is not 0; any other gets `ext` appended, so A.B becomes
+ * A.B.DAT.  Nothing is appended to a last part of more than 262
+ * characters.  Room: strlen(path) + strlen(ext) + 1. */
+void VLAPI check_extension(char *path, const char *ext, int32_t replace);
+
+/* ------------------------------------------------------------------------
  * Movable memory blocks (native builds only)
  *
  * Entries that hand out blocks give handles of movable, zero-filled memory

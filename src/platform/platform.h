@@ -156,6 +156,22 @@ double bessel_y0(double x) noexcept;
 double bessel_y1(double x) noexcept;
 double bessel_yn(int n, double x) noexcept;
 
+// ---- Directories and drives ---------------------------------------------------
+// _getcwd: the working directory into `out`; false, with `out` not to be
+// read, when it fails or does not fit.
+bool current_directory(std::span<char> out) noexcept;
+// GetLogicalDriveStringsA: the drive roots as entries of four characters
+// ("C:\" and a zero), ended by a further zero; answers the characters
+// written without the last zero, or the size needed when `out` is too small.
+// Natively there are no drive letters: the list is empty and the answer 0.
+uint32_t drive_strings(std::span<char> out) noexcept;
+// True for a path under the single root of a native file system ("/..."),
+// which always exists.  Never on Windows, whose roots are drives.
+bool under_single_root(const char* path) noexcept;
+// CharPrevA: the start of the character in front of `current`, never
+// before `start`.
+const char* char_prev(const char* start, const char* current) noexcept;
+
 // ---- Module ---------------------------------------------------------------
 // The handle the library was loaded under (HINSTANCE on Windows, the base
 // address of the shared object natively).
