@@ -11,6 +11,11 @@ FrameState frame_state;
 // The date printer's reload: time zone, "intl" settings, month and day names.
 constexpr uint32_t kReloadRegionalTables = 32768;
 constexpr uint32_t kAskLanguageFlag = 24576;
+// The path registry's operation that records the start-up directory.
+constexpr uint32_t kRecordStartDir = 2;
+// KELUTIL_Color's load, and its end, which deletes the palette.
+constexpr uint32_t kColourLoad = 0;
+constexpr uint32_t kColourEnd = 1;
 
 void library_attach() { KELUTIL_date2str(0.0, kReloadRegionalTables, nullptr); }
 
@@ -26,13 +31,16 @@ enum Operation : uint16_t {
     kSetFileCallback = 6,
 };
 
-uintptr_t start(uint16_t version) {
+uintptr_t start(VL_HWND window, uint16_t version, intptr_t settings) {
     // 1. A host newer than this library gets nothing started.
     if (version > kNewestHostVersion) return 0;
     // 2. The regional settings may have changed since load.
     KELUTIL_date2str(0.0, kReloadRegionalTables, nullptr);
-    // 3. to 5. belong to the colour table, the path registry and the
-    //    printer, which are not built yet.
+    // 3. The colour names, the user's colour list and the palette.
+    KELUTIL_Color(window, version, settings, kColourLoad);
+    // 4. The directory the host was started in, for the file dialogs.
+    KELUTIL_PathControl(kRecordStartDir, nullptr, nullptr, 0);
+    // 5. belongs to the printer, which is not built yet.
     // 6. The host's vocabulary, class by class.
     KELUTIL_Names(0, 0, 1);
     // 7. The library's version.
@@ -45,10 +53,10 @@ uintptr_t start(uint16_t version) {
 using namespace vl;
 using namespace vl::frame;
 
-extern "C" uintptr_t VLAPI KELUTIL_Main(VL_HWND /*window*/, uint32_t version, intptr_t value, uint32_t operation) {
+extern "C" uintptr_t VLAPI KELUTIL_Main(VL_HWND window, uint32_t version, intptr_t value, uint32_t operation) {
     switch (static_cast<uint16_t>(operation)) {
-        case kStart: return start(static_cast<uint16_t>(version));
-        case kEnd: return 0;
+        case kStart: return start(window, static_cast<uint16_t>(version), value);
+        case kEnd: KELUTIL_Color(window, version, value, kColourEnd); return 0;
         case kSettingsChanged: KELUTIL_date2str(0.0, kReloadRegionalTables, nullptr); return 0;
         case kQuery: return kLibraryVersion;
         case kLanguageFlag: return KELUTIL_date2str(0.0, kAskLanguageFlag, nullptr);
