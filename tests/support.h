@@ -119,6 +119,30 @@ inline std::string row_label(std::string_view file, std::size_t index, const std
     return label;
 }
 
+// A row of a data file: its fields as text, or as whole numbers (decimal
+// or 0x hexadecimal; "-" reads as 0).
+struct DataRow {
+    const std::vector<std::string>& fields;
+    const std::string& operator[](std::size_t i) const { return fields.at(i); }
+    long long n(std::size_t i) const { return fields.at(i) == "-" ? 0 : std::stoll(fields.at(i), nullptr, 0); }
+    std::vector<int32_t> ints(std::size_t from, std::size_t count) const {
+        std::vector<int32_t> out;
+        for (std::size_t i = from; i < from + count; ++i) out.push_back(static_cast<int32_t>(n(i)));
+        return out;
+    }
+};
+
+// Runs `check` on every row of a data file, naming the row in failures.
+template <class Check>
+void for_each_row(std::string_view file, Check check) {
+    const DataTable table(file);
+    EXPECT_GT(table.size(), 0u) << file;
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        SCOPED_TRACE(row_label(file, i, table.row(i)));
+        check(DataRow{table.row(i)});
+    }
+}
+
 // A field of a data row as a double, correctly rounded on every target
 // (the Windows runtime's strtod is not).
 inline double number(const std::string& field) {

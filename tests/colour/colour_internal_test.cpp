@@ -6,15 +6,17 @@
 
 #include "colour/colour.h"
 #include "colour/colour_support.h"
-#include "support.h"
 
 namespace {
 
 using vl::colour::palette_entries;
 using vltest::rgb_of;
 
-uint32_t entry_rgb(std::size_t i) {
-    return rgb_of(palette_entries[i].red, palette_entries[i].green, palette_entries[i].blue);
+// The palette's entries as 0x00BBGGRR, their flags in the top byte.
+std::vector<uint32_t> entries() {
+    std::vector<uint32_t> out;
+    for (const auto& e : palette_entries) out.push_back(rgb_of(e.red, e.green, e.blue) | uint32_t{e.flags} << 24);
+    return out;
 }
 
 // The fixture of the other tests writes the table from the data file, so
@@ -27,7 +29,7 @@ TEST(ColourTableAtLoad, IsTheBuiltInTable) {
 }
 
 TEST(ColourShades, LightenAndDarkenEachComponent) {
-    vltest::for_each_row("shades.tsv", [](const vltest::DataRow& row) {
+    vltest::for_each_row("colour/shades.tsv", [](const vltest::DataRow& row) {
         const auto rgb = static_cast<uint32_t>(row.n(1));
         const auto percent = static_cast<int32_t>(row.n(2));
         EXPECT_EQ(row[0] == "lighter" ? vl::colour::lighten(rgb, percent) : vl::colour::darken(rgb, percent), row.n(3));
@@ -39,29 +41,27 @@ using PaletteEntries = vltest::ColourTable;
 TEST_F(PaletteEntries, HoldTheTableThenTheHostColours) {
     KELUTIL_Palette(nullptr, 1, 0, 0);
     KELUTIL_Palette(nullptr, 0, 0, 0);
-    const auto rows = vltest::builtin_colours();
-    for (std::size_t i = 0; i < vl::colour::kPaletteEntries; ++i) {
-        EXPECT_EQ(entry_rgb(i), i < rows.size() ? rows[i].rgb : 0) << "entry " << i;
-        EXPECT_EQ(palette_entries[i].flags, 1) << "entry " << i;
-    }
+    constexpr uint32_t kFlag = 1u << 24;  // every entry is reserved
+    std::vector<uint32_t> want(vl::colour::kPaletteEntries, kFlag);
+    for (std::size_t i = 0; const auto& r : vltest::builtin_colours()) want[i++] = r.rgb | kFlag;
+    EXPECT_EQ(entries(), want);
 
     const uint32_t host[3] = {0x0A0B0C, 0x0D0E0F, 0x111213};
     KELUTIL_Palette(nullptr, 7, 2, reinterpret_cast<intptr_t>(host));
-    EXPECT_EQ(entry_rgb(39), 0x0A0B0Cu);
-    EXPECT_EQ(entry_rgb(40), 0x0D0E0Fu);
-    EXPECT_EQ(entry_rgb(41), 0u) << "only `count` colours are taken";
+    want[39] = host[0] | kFlag, want[40] = host[1] | kFlag;
+    EXPECT_EQ(entries(), want) << "from entry 39 on, only `count` colours are taken";
 
     uint32_t many[30];
     for (uint32_t i = 0; i < 30; ++i) many[i] = 0x010101 * (i + 1);
     KELUTIL_Palette(nullptr, 7, 30, reinterpret_cast<intptr_t>(many));
-    EXPECT_EQ(entry_rgb(63), 0x191919u) << "the last entry takes the 25th colour, no more fit";
+    for (std::size_t i = 39; i < want.size(); ++i) want[i] = many[i - 39] | kFlag;
+    EXPECT_EQ(entries(), want) << "the last entry takes the 25th colour, no more fit";
 
     vltest::colour(vltest::colour_op::kSetRgb, 0, 0x332211);
     vltest::colour(vltest::colour_op::kSetCount, 0, 40);
     KELUTIL_Palette(nullptr, 6, 0, 0);
-    EXPECT_EQ(entry_rgb(0), 0x332211u);
-    EXPECT_EQ(entry_rgb(39), 0u) << "a refresh over 40 rows puts row 39 back";
-    EXPECT_EQ(entry_rgb(40), 0x020202u) << "entries past the table keep the host's colours";
+    want[0] = 0x332211 | kFlag, want[39] = kFlag;
+    EXPECT_EQ(entries(), want) << "a refresh over 40 rows puts row 39 back, past the table the host's colours stay";
 }
 
 TEST_F(PaletteEntries, PureColoursAreRelativeToThePalette) {

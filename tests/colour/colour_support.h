@@ -19,30 +19,6 @@ constexpr uint32_t kLoad = 0, kEnd = 1, kEdit = 2, kCount = 3, kPen = 4, kReleas
                    kSetName = 21, kSave = 22, kCapacity = 23, kDefaults = 24;
 }
 
-// A row of a data file under tests/colour; numbers are whole, decimal or
-// 0x hexadecimal.
-struct DataRow {
-    const std::vector<std::string>& fields;
-    const std::string& operator[](std::size_t i) const { return fields.at(i); }
-    long long n(std::size_t i) const { return std::stoll(fields.at(i), nullptr, 0); }
-    std::vector<int32_t> ints(std::size_t from, std::size_t count) const {
-        std::vector<int32_t> out;
-        for (std::size_t i = from; i < from + count; ++i) out.push_back(static_cast<int32_t>(n(i)));
-        return out;
-    }
-};
-
-// Runs `check` on every row of a data file, naming the row in failures.
-template <class Check>
-void for_each_row(const std::string& file, Check check) {
-    const DataTable table("colour/" + file);
-    EXPECT_GT(table.size(), 0u) << file;
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        SCOPED_TRACE(row_label(file, i, table.row(i)));
-        check(DataRow{table.row(i)});
-    }
-}
-
 struct ColourRow {
     std::string name;
     uint32_t rgb;
@@ -54,7 +30,7 @@ inline uint32_t rgb_of(unsigned long red, unsigned long green, unsigned long blu
 
 inline std::vector<ColourRow> builtin_colours() {
     std::vector<ColourRow> out;
-    for_each_row("builtin_colours.tsv", [&](const DataRow& r) {
+    for_each_row("colour/builtin_colours.tsv", [&](const DataRow& r) {
         out.push_back({r[1], rgb_of(r.n(2), r.n(3), r.n(4))});
     });
     return out;
@@ -66,22 +42,16 @@ inline int32_t colour(uint32_t operation, uint32_t number = 0, intptr_t value = 
 
 inline intptr_t text_arg(const char* text) { return reinterpret_cast<intptr_t>(text); }
 
-inline std::string name_of(uint32_t number) {
-    char name[28] = {};
-    colour(colour_op::kName, number, reinterpret_cast<intptr_t>(name));
-    return name;
-}
-
-inline uint32_t rgb_of_row(uint32_t number) {
-    uint32_t rgb = 0xCCCCCCCC;
-    colour(colour_op::kRgb, number, reinterpret_cast<intptr_t>(&rgb));
-    return rgb;
-}
-
+// The table as the entry shows it, row by row.
 inline std::vector<ColourRow> current_colours() {
     std::vector<ColourRow> out;
-    for (uint32_t i = 0; i < static_cast<uint32_t>(colour(colour_op::kCount)); ++i)
-        out.push_back({name_of(i), rgb_of_row(i)});
+    for (uint32_t i = 0; i < static_cast<uint32_t>(colour(colour_op::kCount)); ++i) {
+        char name[28] = {};
+        uint32_t rgb = 0xCCCCCCCC;
+        colour(colour_op::kName, i, reinterpret_cast<intptr_t>(name));
+        colour(colour_op::kRgb, i, reinterpret_cast<intptr_t>(&rgb));
+        out.push_back({name, rgb});
+    }
     return out;
 }
 

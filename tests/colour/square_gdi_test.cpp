@@ -1,14 +1,11 @@
-// KELUTIL_3Dsquare drawing into a real bitmap, read back pixel by pixel;
-// and KELUTIL_Color's pens sized by its scaling.
+// KELUTIL_3Dsquare drawing into a real bitmap, read back pixel by pixel.
 
 #include <windows.h>
 
-#include <string>
+#include <algorithm>
 #include <vector>
 
 #include "colour/colour_support.h"
-#include "support.h"
-#include "vlcore.h"
 
 namespace {
 
@@ -24,7 +21,7 @@ class Canvas : public ::testing::Test {
         void* bits = nullptr;
         bitmap_ = CreateDIBSection(dc_, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
         ASSERT_NE(bitmap_, nullptr);
-        pixels_ = static_cast<const uint32_t*>(bits);
+        pixels_ = static_cast<uint32_t*>(bits);
         old_ = SelectObject(dc_, bitmap_);
     }
     void TearDown() override {
@@ -33,8 +30,6 @@ class Canvas : public ::testing::Test {
         SelectObject(dc_, old_);
         DeleteObject(bitmap_);
         DeleteDC(dc_);
-        uint16_t resolution = 300, zoom = 100;
-        KELUTIL_3Dsquare(nullptr, 600, &resolution, &zoom, 0x1000);
     }
     // The pixel as 0x00BBGGRR.
     uint32_t at(int x, int y) const {
@@ -47,16 +42,14 @@ class Canvas : public ::testing::Test {
     HDC dc_ = nullptr;
     HBITMAP bitmap_ = nullptr;
     HGDIOBJ old_ = nullptr;
-    const uint32_t* pixels_ = nullptr;
+    uint32_t* pixels_ = nullptr;
 };
 
 TEST_F(Canvas, DrawingsReadBackPixelByPixel) {
-    vltest::for_each_row("square_pixels.tsv", [&](const vltest::DataRow& row) {
+    vltest::for_each_row("colour/square_pixels.tsv", [&](const vltest::DataRow& row) {
         const std::vector<int32_t> f = row.ints(0, 10);
-        HBRUSH fill = CreateSolidBrush(0xFF00FF);
-        const RECT all{0, 0, kSide, kSide};
-        FillRect(dc_, &all, fill);
-        DeleteObject(fill);
+        GdiFlush();
+        std::fill_n(pixels_, kSide * kSide, 0xFF00FFu);  // magenta either way round
         SetViewportOrgEx(dc_, f[6], f[6], nullptr);
         EXPECT_EQ(draw({f[2], f[3], f[4], f[5]}, static_cast<uint32_t>(f[0]), f[1]), 0);
         POINT origin{};
@@ -77,17 +70,6 @@ TEST_F(Canvas, WhatStaysSelected) {
     EXPECT_EQ(current(OBJ_BRUSH), GetStockObject(GRAY_BRUSH));
     EXPECT_EQ(draw({0, 0, 100, 100}, 0x0802, 0x00FF00), 0);
     EXPECT_EQ(current(OBJ_PEN), GetStockObject(BLACK_PEN)) << "the made pen is let go";
-}
-
-TEST_F(Canvas, ColourTablePensFollowTheScaling) {
-    uint16_t resolution = 600, zoom = 200;
-    KELUTIL_3Dsquare(nullptr, 0, &resolution, &zoom, 0x1000);
-    EXPECT_EQ(KELUTIL_Color(dc_, 1, 500, 4), 0);
-    LOGPEN lp{};
-    ASSERT_EQ(GetObjectA(current(OBJ_PEN), sizeof lp, &lp), static_cast<int>(sizeof lp));
-    EXPECT_EQ(lp.lopnWidth.x, 17);
-    EXPECT_EQ(lp.lopnColor, 0x0000FFu);
-    KELUTIL_Color(dc_, 0, 0, 5);
 }
 
 }  // namespace

@@ -5,8 +5,6 @@
 #include <vector>
 
 #include "colour/colour_support.h"
-#include "support.h"
-#include "vlcore.h"
 
 namespace {
 
@@ -31,7 +29,7 @@ class Square : public ::testing::Test {
 };
 
 TEST_F(Square, LineWidthsFollowTheScaling) {
-    vltest::for_each_row("square_widths.tsv", [](const vltest::DataRow& row) {
+    vltest::for_each_row("colour/square_widths.tsv", [](const vltest::DataRow& row) {
         const Scaling want = row.ints(0, 3);
         set_scaling(want[0], static_cast<uint16_t>(want[1]), static_cast<uint16_t>(want[2]));
         EXPECT_EQ(command(kWidth, static_cast<int32_t>(row.n(3))), row.n(4));
@@ -51,7 +49,7 @@ TEST_F(Square, EmptyArgumentsLeaveTheScalingAlone) {
 }
 
 TEST_F(Square, HandsBackTheInnerRectangle) {
-    vltest::for_each_row("square_rectangles.tsv", [](const vltest::DataRow& row) {
+    vltest::for_each_row("colour/square_rectangles.tsv", [](const vltest::DataRow& row) {
         uint16_t keep_resolution = 300;
         command(kSet, static_cast<int32_t>(row.n(1)), &keep_resolution, nullptr);
         const auto flags = static_cast<uint32_t>(row.n(0));

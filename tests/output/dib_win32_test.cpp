@@ -4,21 +4,21 @@
 #include <windows.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <iterator>
 #include <memory>
 #include <sstream>
+#include <tuple>
 #include <utility>
 
+#include "data/data_support.h"
 #include "output/dib_layouts.h"
 #include "vlcore.h"
 
 namespace {
 
-using dibtest::field;
+using vltest::DataRow;
 
 uint32_t get32(const uint8_t* p) { return p[0] | p[1] << 8 | p[2] << 16 | uint32_t{p[3]} << 24; }
-uint16_t get16(const uint8_t* p) { return static_cast<uint16_t>(p[0] | p[1] << 8); }
 std::size_t row_bytes(unsigned bits, int width) { return (std::size_t{bits} * width + 31) / 32 * 4; }
 
 // Colours that every depth of at least 4 bits holds exactly (the 16
@@ -77,7 +77,7 @@ void expect_header(const uint8_t* dib, int width, int height, unsigned bits) {
 // The colour of pixel (x, y) of a DIB with a 40-byte header, decoded by
 // hand from its bytes (bottom row first) and its RGB colour table.
 COLORREF dib_pixel(const uint8_t* dib, int x, int y) {
-    const int bits = get16(dib + 14);
+    const int bits = dib[14] | dib[15] << 8;
     const auto* pixels = static_cast<const uint8_t*>(FindDIBBits(const_cast<uint8_t*>(dib)));
     const uint8_t* line = pixels + row_bytes(bits, static_cast<int32_t>(get32(dib + 4))) *
                                        static_cast<std::size_t>(static_cast<int32_t>(get32(dib + 8)) - 1 - y);
@@ -101,9 +101,9 @@ Dib lock(HGLOBAL h) { return Dib(h ? static_cast<uint8_t*>(GlobalLock(h)) : null
 // Bitmap -> DIB -> bitmap
 
 TEST(DibWin32, BitmapToDibKeepsEveryPixel) {
-    dibtest::for_each_row("dib_depths.tsv", [](const auto& row) {
-        const auto depth = static_cast<int>(field(row, 1));
-        const auto bits = static_cast<unsigned>(field(row, 3));
+    vltest::for_each_row("output/dib_depths.tsv", [](const DataRow& row) {
+        const auto depth = static_cast<int>(row.n(1));
+        const auto bits = static_cast<unsigned>(row.n(3));
         HBITMAP source = make_bitmap(depth, kWidth, kHeight);
         ASSERT_NE(source, nullptr);
         const auto original = pixels_of(source, kWidth, kHeight, depth);
@@ -111,12 +111,12 @@ TEST(DibWin32, BitmapToDibKeepsEveryPixel) {
         for (int p = 0; p < kWidth * kHeight; ++p)
             ASSERT_EQ(original[p], pattern(p % kWidth, p / kWidth, depth)) << "drawn pixel " << p;
 
-        const Dib dib = lock(KELUTIL_BitmapToDIB(source, nullptr, static_cast<uint32_t>(field(row, 2))));
+        const Dib dib = lock(KELUTIL_BitmapToDIB(source, nullptr, static_cast<uint32_t>(row.n(2))));
         DeleteObject(source);
         ASSERT_NE(dib.get(), nullptr);
         expect_header(dib.get(), kWidth, kHeight, bits);
-        EXPECT_EQ(PaletteSize(dib.get()), field(row, 4));
-        EXPECT_GE(GlobalSize(GlobalHandle(dib.get())), 40 + field(row, 4) + row_bytes(bits, kWidth) * kHeight);
+        EXPECT_EQ(PaletteSize(dib.get()), row.n(4));
+        EXPECT_GE(GlobalSize(GlobalHandle(dib.get())), 40 + row.n(4) + row_bytes(bits, kWidth) * kHeight);
         for (int p = 0; p < kWidth * kHeight; ++p)
             ASSERT_EQ(dib_pixel(dib.get(), p % kWidth, p / kWidth), original[p]) << "DIB pixel " << p;
 
@@ -180,44 +180,28 @@ std::vector<uint8_t> rgb_table(const std::vector<COLORREF>& colours, bool quads)
     return t;
 }
 
-std::vector<PALETTEENTRY> entries_of(HPALETTE palette) {
-    std::vector<PALETTEENTRY> out(GetPaletteEntries(palette, 0, 0, nullptr));
-    if (!out.empty()) GetPaletteEntries(palette, 0, static_cast<UINT>(out.size()), out.data());
+// A palette's entries as colours, their flags in the top byte.
+std::vector<COLORREF> colours_of(HPALETTE palette) {
+    std::vector<PALETTEENTRY> entries(GetPaletteEntries(palette, 0, 0, nullptr));
+    if (!entries.empty()) GetPaletteEntries(palette, 0, static_cast<UINT>(entries.size()), entries.data());
+    std::vector<COLORREF> out;
+    for (const auto& e : entries) out.push_back(RGB(e.peRed, e.peGreen, e.peBlue) | COLORREF{e.peFlags} << 24);
     return out;
 }
 
 TEST(DibWin32, CreateDibPaletteTakesTheColourTable) {
-    const std::vector<COLORREF> four = {RGB(1, 2, 3), RGB(250, 128, 7), RGB(0, 0, 0), RGB(9, 99, 199)};
-    std::vector<COLORREF> full(256);
-    for (int i = 0; i < 256; ++i) full[i] = RGB(i, 255 - i, (i * 7) & 255);
-    const struct {
-        const char* name;
-        bool info;
-        uint16_t bits;
-        std::vector<COLORREF> table;
-        uint32_t clr_used;
-    } rows[] = {
-        {"1-bit", true, 1, {four[0], four[1]}, 0},
-        {"4-bit with 4 used", true, 4, four, 4},
-        {"8-bit", true, 8, full, 0},
-        {"8-bit core", false, 8, full, 0},
-        {"1-bit core", false, 1, {four[3], four[2]}, 0},
-        {"24-bit with 4 used", true, 24, four, 4},
-    };
-    for (const auto& r : rows) {
-        SCOPED_TRACE(r.name);
-        HGLOBAL h = hand_dib(r.info, 4, 2, r.bits, rgb_table(r.table, r.info), r.clr_used);
+    vltest::for_each_row("output/dib_palettes.tsv", [](const DataRow& row) {
+        const bool info = row.n(1) == 40;
+        std::vector<COLORREF> table;  // no flags
+        for (int i = 0; i < row.n(4); ++i) table.push_back(RGB(i, 255 - i, (i * 7) & 255));
+        HGLOBAL h = hand_dib(info, 4, 2, static_cast<uint16_t>(row.n(2)), rgb_table(table, info),
+                             static_cast<uint32_t>(row.n(3)));
         HPALETTE palette = CreateDIBPalette(h);
         ASSERT_NE(palette, nullptr);
-        const auto entries = entries_of(palette);
-        ASSERT_EQ(entries.size(), r.table.size());
-        for (std::size_t i = 0; i < entries.size(); ++i) {
-            EXPECT_EQ(RGB(entries[i].peRed, entries[i].peGreen, entries[i].peBlue), r.table[i]) << "entry " << i;
-            EXPECT_EQ(entries[i].peFlags, 0) << "entry " << i;
-        }
+        EXPECT_EQ(colours_of(palette), table);
         DeleteObject(palette);
         GlobalFree(h);
-    }
+    });
 }
 
 TEST(DibWin32, CreateDibPaletteRefusals) {
@@ -229,7 +213,7 @@ TEST(DibWin32, CreateDibPaletteRefusals) {
     HGLOBAL exact = hand_dib(true, 0, 0, 4, rgb_table(std::vector<COLORREF>(16, RGB(10, 20, 30)), true));
     ASSERT_EQ(GlobalSize(exact), 40u + 64);
     HPALETTE palette = CreateDIBPalette(exact);
-    EXPECT_EQ(entries_of(palette).size(), 16u) << "table fits exactly";
+    EXPECT_EQ(colours_of(palette).size(), 16u) << "table fits exactly";
     DeleteObject(palette);
     HGLOBAL shorter = GlobalReAlloc(exact, 40 + 63, GMEM_MOVEABLE);
     ASSERT_NE(shorter, nullptr);
@@ -254,48 +238,35 @@ TEST(DibWin32, DibToBitmapTakesColourTablesAsPaletteIndices) {
         logical.entries[i] = {GetRValue(colours[i]), GetGValue(colours[i]), GetBValue(colours[i]), 0};
     HPALETTE own = CreatePalette(reinterpret_cast<LOGPALETTE*>(&logical));
     ASSERT_NE(own, nullptr);
-    const auto defaults = entries_of(static_cast<HPALETTE>(GetStockObject(DEFAULT_PALETTE)));
+    const auto defaults = colours_of(static_cast<HPALETTE>(GetStockObject(DEFAULT_PALETTE)));
     ASSERT_GE(defaults.size(), 4u);
-    const struct {
-        const char* name;
-        bool info;
-        uint16_t bits;
-        int used;
-        HPALETTE palette;
-    } rows[] = {{"1-bit", true, 1, 2, own},
-                {"4-bit", true, 4, 6, own},
-                {"8-bit", true, 8, 6, own},
-                {"8-bit core", false, 8, 6, own},
-                {"4-bit, no palette", true, 4, 6, {}},
-                {"32-bit", true, 32, 6, own}};
     const int width = 5, height = 3;
-    for (const auto& r : rows) {
-        SCOPED_TRACE(r.name);
+    vltest::for_each_row("output/dib_indices.tsv", [&](const DataRow& row) {
+        const auto bits = static_cast<uint16_t>(row.n(2));
+        const HPALETTE palette = row[4] == "own" ? own : nullptr;
         std::vector<uint8_t> indices;
-        const int n = r.bits == 1 ? 2 : 4;
-        for (int j = 0; r.bits <= 8 && j < (1 << r.bits); ++j)
-            indices.insert(indices.end(), {uint8_t(n - 1 - j % n), 0});
-        HGLOBAL h = hand_dib(r.info, width, height, r.bits, indices);
+        const int n = bits == 1 ? 2 : 4;
+        for (int j = 0; bits <= 8 && j < (1 << bits); ++j) indices.insert(indices.end(), {uint8_t(n - 1 - j % n), 0});
+        HGLOBAL h = hand_dib(row.n(1) == 40, width, height, bits, indices);
         auto* pixels = static_cast<uint8_t*>(FindDIBBits(GlobalLock(h)));
         std::vector<COLORREF> want;
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) {
-                const int entry = (x + 2 * y) % r.used, index = n - 1 - entry % n;
-                const PALETTEENTRY& d = defaults[index];
-                want.push_back(r.palette ? colours[index] : RGB(d.peRed, d.peGreen, d.peBlue));
-                uint8_t* line = pixels + row_bytes(r.bits, width) * (height - 1 - y);
-                if (r.bits == 32)
+                const int entry = (x + 2 * y) % static_cast<int>(row.n(3)), index = n - 1 - entry % n;
+                want.push_back(palette ? colours[index] : defaults[index] & 0xFFFFFF);
+                uint8_t* line = pixels + row_bytes(bits, width) * (height - 1 - y);
+                if (bits == 32)
                     std::memcpy(line + 4 * x, rgb_table({want.back()}, true).data(), 4);
                 else
-                    line[x * r.bits / 8] |= static_cast<uint8_t>(entry << (8 - r.bits - x * r.bits % 8));
+                    line[x * bits / 8] |= static_cast<uint8_t>(entry << (8 - bits - x * bits % 8));
             }
         GlobalUnlock(h);
-        HBITMAP bitmap = DIBToBitmap(h, r.palette);
+        HBITMAP bitmap = DIBToBitmap(h, palette);
         ASSERT_NE(bitmap, nullptr);
         EXPECT_EQ(pixels_of(bitmap, width, height), want);
         DeleteObject(bitmap);
         GlobalFree(h);
-    }
+    });
     DeleteObject(own);
 }
 
@@ -325,13 +296,10 @@ TEST(DibWin32, SystemPaletteMirrorsTheSlots) {
         EXPECT_EQ(palette, nullptr) << "a device without palette size, " << expected;
         return;
     }
-    const auto entries = entries_of(palette);
-    ASSERT_EQ(entries.size(), static_cast<std::size_t>(expected));
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        EXPECT_EQ(entries[i].peRed | entries[i].peGreen << 8, static_cast<int>(i)) << "slot of entry " << i;
-        EXPECT_EQ(entries[i].peBlue, 0) << "entry " << i;
-        EXPECT_EQ(entries[i].peFlags, PC_EXPLICIT) << "entry " << i;
-    }
+    // Entry i names slot i in its red and green bytes.
+    std::vector<COLORREF> slots;
+    for (int i = 0; i < expected; ++i) slots.push_back(static_cast<COLORREF>(i) | PC_EXPLICIT << 24);
+    EXPECT_EQ(colours_of(palette), slots);
     DeleteObject(palette);
 }
 
@@ -342,18 +310,13 @@ constexpr int32_t kFinish = VL_BITMAPFILE_FINISH, kArea = VL_BITMAPFILE_AREA;
 
 // Phase two into a new file, opened as _lwrite takes it: the bytes written.
 std::vector<uint8_t> finish(HDC dc, intptr_t bits, int32_t flags = kFinish) {
-    char dir[MAX_PATH], path[MAX_PATH];
-    GetTempPathA(MAX_PATH, dir);
-    GetTempFileNameA(dir, "vlb", 0, path);
-    const HFILE file = _lcreat(path, 0);
+    const vltest::ScratchFile path("bitmap");
+    const HFILE file = _lcreat(path.path(), 0);
     EXPECT_NE(file, HFILE_ERROR);
     EXPECT_EQ(KELUTIL_BitmapFile(file, dc, bits, flags), nullptr) << "phase two answers 0";
     _lclose(file);
-    std::ifstream in(path, std::ios::binary);
-    std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    in.close();
-    DeleteFileA(path);
-    return bytes;
+    const std::string bytes = path.read();
+    return {bytes.begin(), bytes.end()};
 }
 
 TEST(DibWin32, BitmapFileDefaultPictureIsWhite200) {
@@ -362,9 +325,6 @@ TEST(DibWin32, BitmapFileDefaultPictureIsWhite200) {
     HDC dc = KELUTIL_BitmapFile(0, nullptr, reinterpret_cast<intptr_t>(&area), 0);
     ASSERT_NE(dc, nullptr);
     EXPECT_EQ(std::vector<LONG>({area.left, area.top, area.right, area.bottom}), std::vector<LONG>({0, 0, 200, 200}));
-    for (POINT p : {POINT{0, 0}, POINT{199, 0}, POINT{0, 199}, POINT{199, 199}, POINT{100, 57}})
-        EXPECT_EQ(GetPixel(dc, p.x, p.y) & 0xFFFFFF, RGB(255, 255, 255)) << p.x << "," << p.y;
-    EXPECT_EQ(GetPixel(dc, 200, 200), CLR_INVALID) << "outside the picture";
     const auto b = finish(dc, 24);
     ASSERT_EQ(b.size(), 14 + 40 + 600 * 200u);  // rows of 600 bytes need no padding
     EXPECT_EQ(get32(b.data() + 2), b.size());
@@ -376,25 +336,22 @@ TEST(DibWin32, BitmapFileDefaultPictureIsWhite200) {
 }
 
 TEST(DibWin32, BitmapFileWritesTheDrawing) {
-    dibtest::for_each_row("dib_files.tsv", [](const auto& row) {
-        const auto width = static_cast<int>(field(row, 1)), height = static_cast<int>(field(row, 2));
-        const auto depth = static_cast<int>(field(row, 5));
-        const auto bits = static_cast<unsigned>(field(row, 6));
+    vltest::for_each_row("output/dib_files.tsv", [](const DataRow& row) {
+        const auto width = static_cast<int>(row.n(1)), height = static_cast<int>(row.n(2));
+        const auto depth = static_cast<int>(row.n(5));
+        const auto bits = static_cast<unsigned>(row.n(6));
         RECT area{vltest::kPoison, vltest::kPoison, width, height};
-        HDC dc = KELUTIL_BitmapFile(0, nullptr, reinterpret_cast<intptr_t>(&area), static_cast<int32_t>(field(row, 3)));
+        HDC dc = KELUTIL_BitmapFile(0, nullptr, reinterpret_cast<intptr_t>(&area), static_cast<int32_t>(row.n(3)));
         ASSERT_NE(dc, nullptr);
         EXPECT_EQ(std::vector<LONG>({area.left, area.top, area.right, area.bottom}),
                   std::vector<LONG>({0, 0, width, height}));
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) SetPixel(dc, x, y, pattern(x, y, depth));
-        const auto b = finish(dc, field(row, 4), kFinish | 0x10000);
-        const std::size_t offset = 14 + 40 + 4 * static_cast<std::size_t>(field(row, 7));
+        const auto b = finish(dc, row.n(4), kFinish | 0x10000);
+        const std::size_t offset = 14 + 40 + 4 * static_cast<std::size_t>(row.n(7));
         ASSERT_EQ(b.size(), offset + row_bytes(bits, width) * height);
-        EXPECT_EQ(b[0], 'B');
-        EXPECT_EQ(b[1], 'M');
-        EXPECT_EQ(get32(&b[2]), b.size()) << "file size";
-        EXPECT_EQ(get32(&b[6]), 0u) << "reserved";
-        EXPECT_EQ(get32(&b[10]), offset) << "pixel offset";
+        using Head = std::tuple<char, char, std::size_t, std::size_t, std::size_t>;  // "BM", size, 0, offset
+        EXPECT_EQ(Head(b[0], b[1], get32(&b[2]), get32(&b[6]), get32(&b[10])), Head('B', 'M', b.size(), 0, offset));
         expect_header(&b[14], width, height, bits);
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x)
@@ -409,9 +366,9 @@ TEST(DibWin32, BitmapFileExampleOfThreeByTwo) {
     SetPixel(dc, 0, 1, RGB(0x10, 0x20, 0x30));  // bottom row, first pixel
     const auto b = finish(dc, 24);
     ASSERT_EQ(b.size(), 78u);
-    dibtest::for_each_row("dib_file_3x2.tsv", [&b](const auto& row) {
-        std::istringstream hex(row.at(1));
-        for (auto [at, byte] = std::pair{static_cast<std::size_t>(field(row, 0)), 0u}; hex >> std::hex >> byte; ++at)
+    vltest::for_each_row("output/dib_file_3x2.tsv", [&b](const DataRow& row) {
+        std::istringstream hex(row[1]);
+        for (auto [at, byte] = std::pair{static_cast<std::size_t>(row.n(0)), 0u}; hex >> std::hex >> byte; ++at)
             EXPECT_EQ(b.at(at), byte) << "byte " << at;
     });
 }
