@@ -2,7 +2,9 @@
 // table-driven cases are in memory.tsv.
 
 #include <algorithm>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "data/data_support.h"
@@ -14,10 +16,11 @@ namespace {
 constexpr uint32_t kCreate = 0, kAdd = 4096, kRead = 4097, kFind = 4098, kFree = 4100, kNumbering = 4101;
 using vltest::Case;
 
-// The block size the object records for itself.
-unsigned recorded_size(VL_HGLOBAL h) {
+// A 16-bit field of the object's header: the count at 0, the two bases
+// at 2 and 4, the free offset at 8 and the block size at 10.
+unsigned header(VL_HGLOBAL h, int at) {
     const auto* p = static_cast<const unsigned char*>(vltest::block_lock(h));
-    const unsigned n = p[10] | p[11] << 8;
+    const unsigned n = p[at] | p[at + 1] << 8;
     vltest::block_unlock(h);
     return n;
 }
@@ -49,44 +52,34 @@ TEST(MemObject, NewBlockIsZeroFilledWithItsLayout) {
     Object o(7, 9);
     ASSERT_NE(o.slot, nullptr);
     ASSERT_GE(vltest::block_size(o.slot), 6112u);
+    const std::pair<int, unsigned> layout[] = {{0, 0}, {2, 7}, {4, 9}, {8, 2016}, {10, 6112}};
+    for (const auto& [at, want] : layout) EXPECT_EQ(header(o.slot, at), want) << "at " << at;
     const auto* p = static_cast<const unsigned char*>(vltest::block_lock(o.slot));
-    auto u16 = [p](int at) { return static_cast<unsigned>(p[at] | p[at + 1] << 8); };
-    EXPECT_EQ(u16(0), 0u);     // count
-    EXPECT_EQ(u16(2), 7u);     // first base
-    EXPECT_EQ(u16(4), 9u);     // second base
-    EXPECT_EQ(u16(8), 2016u);  // free offset
-    EXPECT_EQ(u16(10), 6112u);
-    for (int i = 2016; i < 6112; ++i) ASSERT_EQ(p[i], 0) << i;
+    EXPECT_TRUE(std::all_of(p + 2016, p + 6112, [](unsigned char b) { return b == 0; }));
     vltest::block_unlock(o.slot);
 }
 
-TEST(MemObject, FirstNumbering) {
-    Object o(100, 0);
-    EXPECT_EQ(o.add("alpha"), 100);
-    EXPECT_EQ(o.add("beta"), 101);
-    EXPECT_EQ(o.read(101), "beta");
-    EXPECT_EQ(o.read(100), "alpha");
-    EXPECT_EQ(o.read(102), "<none>");
-    EXPECT_EQ(o.read(99), "<none>");
-    EXPECT_EQ(o.find("BETA"), 101);
-    EXPECT_EQ(o.find("gamma"), 0);
-    // The numbering command needs a second base to turn anything on.
-    EXPECT_EQ(KELUTIL_MemObject(&o.slot, kNumbering, 1, nullptr, 0), 0);
-    EXPECT_EQ(o.add("gamma"), 102);
-}
-
-TEST(MemObject, SecondNumbering) {
-    Object o(100, 1000);
-    EXPECT_EQ(o.add("zero"), 100);
-    EXPECT_EQ(KELUTIL_MemObject(&o.slot, kNumbering, 1, nullptr, 0), 0);
-    EXPECT_EQ(o.add("one"), 1001);
-    EXPECT_EQ(o.read(1000), "zero");
-    EXPECT_EQ(o.read(100), "zero");
-    EXPECT_EQ(o.read(1001), "one");
-    // Find answers in the first numbering whatever the flag.
-    EXPECT_EQ(o.find("one"), 101);
-    EXPECT_EQ(KELUTIL_MemObject(&o.slot, kNumbering, 0, nullptr, 0), 0);
-    EXPECT_EQ(o.add("two"), 102);
+TEST(MemObject, Numbering) {
+    vltest::each_case("data/memory.tsv", "numbering", [](const Case& c) {
+        Object o(static_cast<uint32_t>(c.number(0)), static_cast<uint32_t>(c.number(1)));
+        std::istringstream steps(*c.text(2));
+        for (std::string step; steps >> step;) {
+            SCOPED_TRACE(step);
+            const std::size_t colon = step.find(':'), equals = step.find('=');
+            const std::string verb = step.substr(0, colon), arg = step.substr(colon + 1, equals - colon - 1);
+            const std::string want = step.substr(equals + 1);
+            if (verb == "add")
+                EXPECT_EQ(o.add(arg), std::stoi(want));
+            else if (verb == "read")
+                EXPECT_EQ(o.read(static_cast<uint32_t>(std::stoul(arg))), want);
+            else if (verb == "find")
+                EXPECT_EQ(o.find(arg.c_str()), std::stoi(want));
+            else if (verb == "mode")
+                EXPECT_EQ(KELUTIL_MemObject(&o.slot, kNumbering, std::stoul(arg), nullptr, 0), std::stoi(want));
+            else
+                ADD_FAILURE() << "unknown step";
+        }
+    });
 }
 
 TEST(MemObject, ShortReadHasNoTerminator) {
@@ -117,10 +110,10 @@ TEST(MemObject, GrowsByFiveTimesTheItem) {
     Object o(1, 0);
     const std::string big(4000, 'a');
     ASSERT_EQ(o.add(big), 1);  // 2016 + 4001 < 6112: no growth
-    EXPECT_EQ(recorded_size(o.slot), 6112u);
+    EXPECT_EQ(header(o.slot, 10), 6112u);
     const std::string more(200, 'b');
     ASSERT_EQ(o.add(more), 2);  // 6017 + 201 >= 6112: grows to 6017 + 5 * 201
-    EXPECT_EQ(recorded_size(o.slot), 6017u + 5 * 201);
+    EXPECT_EQ(header(o.slot, 10), 6017u + 5 * 201);
     EXPECT_EQ(o.read(1), big);
     EXPECT_EQ(o.read(2), more);
 }
@@ -133,7 +126,7 @@ TEST(MemObject, NeverPastSixteenBits) {
     ASSERT_NE(o.slot, nullptr);
     // (65535 - 2016) / 9001 items fit below the limit.
     EXPECT_EQ(added, 7);
-    EXPECT_EQ(recorded_size(o.slot), 65535u);
+    EXPECT_EQ(header(o.slot, 10), 65535u);
     EXPECT_EQ(o.read(7), item);
     EXPECT_EQ(o.add("small"), 8);
 }
@@ -177,32 +170,25 @@ TEST(MultiLine, NextLine) {
     EXPECT_EQ(line.text(), "");
 }
 
-TEST(MultiLine, Reverse) {
-    vltest::each_case("data/memory.tsv", "reverse", [&](const Case& c) {
-        const std::string& before = *c.text(0);
-        const std::string& after = *c.text(1);
-        auto text = vltest::writable(before, 16);
-        EXPECT_EQ(KELUTIL_MultiLineControl(text.data(), nullptr, 1), nullptr);
-        EXPECT_EQ(std::string(text.data()), after);
-        // Nothing behind the rebuilt text and the old one.
-        for (std::size_t i = std::max(after.size(), before.size()) + 1; i < text.size(); ++i)
-            EXPECT_EQ(static_cast<unsigned char>(text[i]), vltest::kPoison) << i;
-    });
+void expect_reversed(const std::string& before, const std::string& after) {
+    auto text = vltest::writable(before, 16);
+    EXPECT_EQ(KELUTIL_MultiLineControl(text.data(), nullptr, 1), nullptr);
+    EXPECT_EQ(std::string(text.data()), after);
+    // Nothing behind the rebuilt text and the old one.
+    EXPECT_TRUE(std::all_of(text.begin() + std::max(after.size(), before.size()) + 1, text.end(),
+                            [](char b) { return b == static_cast<char>(vltest::kPoison); }));
 }
 
-TEST(MultiLine, ReverseBeyondItsLimitsLeavesTheText) {
+TEST(MultiLine, Reverse) {
+    vltest::each_case("data/memory.tsv", "reverse", [](const Case& c) { expect_reversed(*c.text(0), *c.text(1)); });
+    // Beyond its limits, 239 characters a line and 500 lines, it leaves the
+    // text as it was.
     const std::string longest(239, 'x'), too_long(240, 'x');
-    auto ok = vltest::writable(longest + "\nb");
-    KELUTIL_MultiLineControl(ok.data(), nullptr, 1);
-    EXPECT_EQ(std::string(ok.data()), "b\r\n" + longest);
-    auto wide = vltest::writable(too_long + "\nb");
-    KELUTIL_MultiLineControl(wide.data(), nullptr, 1);
-    EXPECT_EQ(std::string(wide.data()), too_long + "\nb");
+    expect_reversed(longest + "\nb", "b\r\n" + longest);
+    expect_reversed(too_long + "\nb", too_long + "\nb");
     std::string many;
     for (int i = 0; i < 501; ++i) many += "l\n";
-    auto tall = vltest::writable(many);
-    KELUTIL_MultiLineControl(tall.data(), nullptr, 1);
-    EXPECT_EQ(std::string(tall.data()), many);
+    expect_reversed(many, many);
 }
 
 TEST(RawMemory, MemCopyIsForwardAndSourceFirst) {

@@ -54,51 +54,45 @@ TEST(Package, Members) {
     EXPECT_EQ(KELUTIL_GetFileFromPackage("/no/such/package", "data.txt", &size), nullptr);
 }
 
+int32_t create(const char* path) { return KELUTIL_32FileCreate(path, vltest::kGenericWrite, 0); }
+int32_t open_read(const char* path) { return KELUTIL_32FileOpen(path, vltest::kGenericRead, 3, 3); }
+
 TEST(Files, CreateEmptiesOrMakes) {
-    ScratchFile f("create", std::string(100, 'x'));
-    const int32_t h = KELUTIL_32FileCreate(f.path(), vltest::kGenericWrite, 0);
-    ASSERT_NE(h, -1);
-    vltest::close_file(h);
-    EXPECT_EQ(f.read(), "");
-    ScratchFile g("made");
+    ScratchFile f("create", std::string(100, 'x')), g("made");
     std::remove(g.path());
-    const int32_t m = KELUTIL_32FileCreate(g.path(), vltest::kGenericWrite, 0);
-    ASSERT_NE(m, -1);
-    EXPECT_EQ(KELUTIL_32WriteFile(m, "hello", 5), 5u);
-    EXPECT_EQ(KELUTIL_JustFileSize(m), 5u);
-    vltest::close_file(m);
-    EXPECT_EQ(g.read(), "hello");
-    EXPECT_EQ(KELUTIL_FileSizeFromName(g.path()), 5u);
-    EXPECT_EQ(KELUTIL_32FileCreate("/no/such/dir/x", vltest::kGenericWrite, 0), -1);
+    for (const ScratchFile* file : {&f, &g}) {
+        const int32_t h = create(file->path());
+        ASSERT_NE(h, -1);
+        EXPECT_EQ(KELUTIL_JustFileSize(h), 0u);
+        EXPECT_EQ(KELUTIL_32WriteFile(h, "hello", 5), 5u);
+        EXPECT_EQ(KELUTIL_JustFileSize(h), 5u);
+        vltest::close_file(h);
+        EXPECT_EQ(file->read(), "hello");
+        EXPECT_EQ(KELUTIL_FileSizeFromName(file->path()), 5u);
+    }
+    EXPECT_EQ(create("/no/such/dir/x"), -1);
 }
 
-TEST(Files, TestOpensAndCloses) {
+TEST(Files, TestOpenAndMissingFiles) {
     ScratchFile f("test", "abc");
     // Many tests in a row leave no handle behind to run out of.
     for (int i = 0; i < 3000; ++i) ASSERT_NE(KELUTIL_32FileTest(f.path()), -1) << i;
-    std::remove(f.path());
-    EXPECT_EQ(KELUTIL_32FileTest(f.path()), -1);
-    EXPECT_EQ(KELUTIL_FileSizeFromName(f.path()), 0u);
-    EXPECT_EQ(KELUTIL_JustFileSize(-1), 0u);
-}
-
-TEST(Files, OpenDispositions) {
-    ScratchFile f("open", "abc");
     EXPECT_EQ(KELUTIL_32FileOpen(f.path(), vltest::kGenericWrite, 0, 1), -1);  // create new: exists
-    const int32_t h = KELUTIL_32FileOpen(f.path(), vltest::kGenericRead, 3, 3);
+    const int32_t h = open_read(f.path());
     ASSERT_NE(h, -1);
     EXPECT_EQ(KELUTIL_JustFileSize(h), 3u);
     vltest::close_file(h);
     std::remove(f.path());
-    EXPECT_EQ(KELUTIL_32FileOpen(f.path(), vltest::kGenericRead, 3, 3), -1);
+    EXPECT_EQ(KELUTIL_32FileTest(f.path()), -1);
+    EXPECT_EQ(open_read(f.path()), -1);
+    EXPECT_EQ(KELUTIL_FileSizeFromName(f.path()), 0u);
+    EXPECT_EQ(KELUTIL_JustFileSize(-1), 0u);
 }
-
-int32_t open_read(const ScratchFile& f) { return KELUTIL_32FileOpen(f.path(), vltest::kGenericRead, 3, 3); }
 
 TEST(Files, Fgets) {
     vltest::each_case("data/package.tsv", "fgets", [](const vltest::Case& c) {
         ScratchFile f("fgets", *c.text(0));
-        const int32_t h = open_read(f);
+        const int32_t h = open_read(f.path());
         ASSERT_NE(h, -1);
         for (std::size_t call = 0; call < static_cast<std::size_t>(c.number(2)); ++call) {
             const auto& want = c.text(3 + call);
@@ -121,33 +115,34 @@ std::string pattern(std::size_t n) {
     return s;
 }
 
-TEST(Files, Write64KAndRead64K) {
-    for (int32_t count : {0, 1, 32767, 32768, 65535, 65536, 70000, 200000}) {
+TEST(Files, Write64KHugeWriteAndRead64K) {
+    for (int32_t count : {0, 1, 32767, 32768, 65535, 65536, 70000, 300000}) {
         SCOPED_TRACE(count);
         const std::string data = pattern(static_cast<std::size_t>(count));
-        ScratchFile f("big");
-        const int32_t w = KELUTIL_32FileCreate(f.path(), vltest::kGenericWrite, 0);
+        ScratchFile f("big"), huge("huge");
+        const int32_t w = create(f.path()), hw = create(huge.path());
         ASSERT_NE(w, -1);
+        ASSERT_NE(hw, -1);
         EXPECT_EQ(Write64K(w, data.data(), count), 0);
+        EXPECT_EQ(KELUTIL_HugeWrite(hw, data.data(), count), count);
         vltest::close_file(w);
+        vltest::close_file(hw);
         EXPECT_EQ(f.read(), data);
-        const int32_t r = open_read(f);
+        EXPECT_EQ(huge.read(), data);
+        const int32_t r = open_read(f.path());
         ASSERT_NE(r, -1);
         std::string back(static_cast<std::size_t>(count) + 4, '\xCC');
         EXPECT_EQ(Read64K(r, back.data(), count), 0);
-        EXPECT_EQ(back.substr(0, data.size()), data);
-        EXPECT_EQ(back.substr(data.size()), "\xCC\xCC\xCC\xCC");
+        EXPECT_EQ(back, data + "\xCC\xCC\xCC\xCC");
         // Nothing more to read: a short read.
-        if (count > 0) {
-            EXPECT_EQ(Read64K(r, back.data(), 1), 1);
-        }
+        EXPECT_EQ(Read64K(r, back.data(), 1), 1);
         vltest::close_file(r);
     }
 }
 
 TEST(Files, ShortReadsAndWrites) {
     ScratchFile f("short", pattern(65535 + 10));
-    const int32_t r = open_read(f);
+    const int32_t r = open_read(f.path());
     ASSERT_NE(r, -1);
     std::string back(70000, '\0');
     EXPECT_EQ(Read64K(r, back.data(), 70000), 1);
@@ -155,16 +150,6 @@ TEST(Files, ShortReadsAndWrites) {
     vltest::close_file(r);
     EXPECT_EQ(Read64K(-1, back.data(), 10), 1);
     EXPECT_EQ(Write64K(-1, back.data(), 10), 1);
-}
-
-TEST(Files, HugeWrite) {
-    const std::string data = pattern(300000);
-    ScratchFile f("huge");
-    const int32_t w = KELUTIL_32FileCreate(f.path(), vltest::kGenericWrite, 0);
-    ASSERT_NE(w, -1);
-    EXPECT_EQ(KELUTIL_HugeWrite(w, data.data(), 300000), 300000);
-    vltest::close_file(w);
-    EXPECT_EQ(f.read(), data);
 }
 
 TEST(Files, Copy) {

@@ -22,21 +22,17 @@ namespace {
 
 using vltest::Case;
 
-constexpr char kPoison = '\xCC';
-constexpr std::size_t kGuard = 4;
-
 // Runs `read` on a poisoned buffer of `size` bytes: the answer must be
 // `expected` plus one zero, and every later byte, up to a guard zone past
 // the end of the buffer, must be left alone.
 template <typename Read>
 void expect_read(std::size_t size, std::string_view expected, Read read) {
     ASSERT_TRUE(size == 0 ? expected.empty() : expected.size() < size) << "bad row";
-    std::string buf(size + kGuard, kPoison);
-    const uint32_t count = read(std::span<char>(buf.data(), size));
-    std::string want(size + kGuard, kPoison);
-    if (size > 0) want.replace(0, expected.size() + 1, std::string(expected) + '\0');
-    EXPECT_EQ(count, expected.size());
-    EXPECT_EQ(buf, want);
+    vltest::Poisoned buf(size + 4);
+    EXPECT_EQ(read(std::span<char>(buf.data(), size)), expected.size());
+    const std::size_t written = size > 0 ? expected.size() + 1 : 0;
+    EXPECT_EQ(std::string(buf.data(), written), size > 0 ? std::string(expected) + '\0' : "");
+    EXPECT_TRUE(buf.clean_from(written));
 }
 
 // Under Windows GetPrivateProfileIntA reads the numbers, as the oracle for
