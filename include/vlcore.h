@@ -153,9 +153,12 @@ int32_t VLAPI KELUTIL_GetParsedArguments(char *text, char **slots, int32_t max, 
 int32_t VLAPI KELUTIL_str2int(const char *text);
 /* 1 with *out set for a good integer, 0 with *out untouched. */
 int32_t VLAPI KELUTIL_cvtstr2int(const char *text, int32_t *out);
-/* Reads a real number ("-1.5e3", ".5", "2E", "")  The text is cut in place
+/* Reads a real number ("-1.5e3", ".5", "2E", "").  The text is cut in place
  * while it is read and restored on success.  Answers VL_MISSING_VALUE on a
- * bad number. */
+ * bad number.  The double is formed as numbers have always been read, not
+ * correctly rounded: integer part and fraction apart, added, then one
+ * multiplication by the runtime's pow(10.0, exponent) ("8e23" gives
+ * 8.000000000000001e+23). */
 double VLAPI KELUTIL_str2real(char *text);
 /* 1 with *out set, or 0 with *out untouched (the text may then stay cut at
  * its 'e' or '.'). */
@@ -478,14 +481,21 @@ double VLAPI KELUTIL_GetPrivateProfileReal(const char *section, const char *key,
 #define VL_REAL_EXPONENT 4   /* P decimals and "e<exponent>" */
 #define VL_REAL_WIDTH 8      /* general with exponents -3..6, decimals worked out from W */
 /* ... and flags. */
-#define VL_REAL_TRIM 16      /* remove the fraction's trailing zeros, and a bare point */
+#define VL_REAL_TRIM 16      /* remove trailing zeros (and then a bare point) in front of the exponent */
 #define VL_REAL_UPPER 128    /* "E" instead of "e" */
 /* The longest text of KELUTIL_real_str, terminator included. */
 #define VL_REAL_STR_ROOM 320
 
 /* The library's own digit-row converter: `mode`, `width` W and `precision`
- * P use their low 8 bits.  Makes at most 119 significant digits from the
- * double itself and rounds once, by half a unit of the last place.
+ * P use their low 8 bits.  The digits are the ones saved files have always
+ * held, not correctly rounded ones: the mantissa is 10 to the fraction of
+ * the runtime's log10 of the magnitude, rounded once by adding half a unit
+ * of the last place (the runtime's pow), and at most 119 digits follow from
+ * it by repeated multiplication by ten (9.5 with no decimals gives "9").
+ * VL_REAL_TRIM trims whatever the digits are, so without a point it eats the
+ * integer's zeros ("100" with P 0 gives "1", and "0" gives "").  With W
+ * below 6 in the width form a negative count of decimals cuts the text in
+ * front of its point, down to nothing; it never writes in front of `dst`.
  * Answers 0; answers 1 when no digit reaches the places asked for in fixed
  * form: `dst` then holds a zero text such as "0.00" without a sign.  Exponent
  * texts are "e5", "E-4".  Infinities and NaNs (outside the converter's
