@@ -142,7 +142,7 @@ else()
 endif()
 
 add_library(vlcore SHARED $<TARGET_OBJECTS:vlcore_objects>)
-target_include_directories(vlcore PUBLIC include)
+target_include_directories(vlcore PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 add_dependencies(vlcore vlcore_generated)
 if(WIN32)
   target_sources(vlcore PRIVATE ${VLCORE_GEN}/vlcore.rc)

@@ -54,10 +54,9 @@ void make_digits(double mantissa, char* row, int32_t count) noexcept {
     for (int32_t i = 0; i < count; ++i) {
         // A mantissa that overflowed to infinity or beyond int range stops
         // at its first digit rather than converting out of range.
-        const double whole = std::trunc(mantissa);
-        const auto digit = whole < 1e9 ? static_cast<int32_t>(whole) : 0;
+        const auto digit = mantissa < 1e9 ? static_cast<int32_t>(mantissa) : 0;
         row[i] = static_cast<char>('0' + digit);
-        mantissa = (mantissa - whole) * 10.0;
+        mantissa = (mantissa - digit) * 10.0;
     }
     row[count] = '\0';
 }
