@@ -100,7 +100,7 @@ endif()
 
 if(WIN32)
   list(APPEND VLCORE_SOURCES
-    src/platform/win32/bessel.cpp
+    src/platform/win32/runtime_math.cpp
     src/data/names_window_win32.cpp
     src/platform/win32/clock.cpp
     src/platform/win32/dllmain.cpp
@@ -114,7 +114,7 @@ if(WIN32)
     src/script/window_class.cpp)
 else()
   list(APPEND VLCORE_SOURCES
-    src/platform/posix/bessel.cpp
+    src/platform/posix/runtime_math.cpp
     src/data/names_window_posix.cpp
     src/platform/posix/files.cpp
     src/platform/posix/clock.cpp

@@ -15,6 +15,7 @@
 #include <cstring>
 
 #include "internal/values.h"
+#include "platform/platform.h"
 #include "text/digits.h"
 #include "text/text.h"
 #include "vlcore.h"
@@ -169,7 +170,7 @@ int32_t VLAPI KELUTIL_real_str(double value, uint32_t mode, uint32_t width, uint
             f += 1.0;
             --x;
         }
-        mantissa = std::pow(10.0, f);
+        mantissa = platform::runtime_pow(10.0, f);
         // 3.-4. Round once, by half a unit of the last place kept.
         mantissa += 0.5 * pow10(rounding_place(kind, p, x, negative));
         if (mantissa >= 10.0) {

@@ -26,7 +26,7 @@ constexpr int kPow10Min = -330;
 constexpr int kPow10Max = 310;
 const std::array<double, kPow10Max - kPow10Min + 1> kPow10 = [] {
     std::array<double, kPow10Max - kPow10Min + 1> table{};
-    for (int n = kPow10Min; n <= kPow10Max; ++n) table[static_cast<std::size_t>(n - kPow10Min)] = std::pow(10.0, n);
+    for (int n = kPow10Min; n <= kPow10Max; ++n) table[static_cast<std::size_t>(n - kPow10Min)] = platform::runtime_pow(10.0, n);
     return table;
 }();
 
@@ -68,7 +68,7 @@ int hex_digit(char c) noexcept {
 }  // namespace
 
 double pow10(int32_t e) noexcept {
-    if (e < kPow10Min || e > kPow10Max) return std::pow(10.0, e);
+    if (e < kPow10Min || e > kPow10Max) return platform::runtime_pow(10.0, e);
     return kPow10[static_cast<std::size_t>(e - kPow10Min)];
 }
 

@@ -18,12 +18,7 @@ using vltest::bits;
 
 namespace {
 
-// The runtime's pow, never folded by the compiler into a correctly rounded
-// constant.
-double runtime_pow10(double n) {
-    volatile double ten = 10.0;
-    return std::pow(ten, n);
-}
+double runtime_pow10(double n) { return vltest::runtime_pow(10.0, n); }
 
 // ---- Model of the number reader --------------------------------------------
 
@@ -170,7 +165,7 @@ Converted model_real_str(double value, unsigned mode, unsigned width, unsigned p
             f += 1.0;
             x -= 1;
         }
-        m = std::pow(10.0, f);
+        m = runtime_pow10(f);
         int r;
         if (k == 4)
             r = -p;

@@ -51,10 +51,7 @@ TEST(CvtStr2Real, FailureLeavesTheCut) {
 
 // The runtime's pow(10, n), which the reader uses; not folded into a
 // correctly rounded constant by the compiler.
-double ten(int n) {
-    volatile double base = 10.0;
-    return std::pow(base, n);
-}
+double ten(int n) { return vltest::runtime_pow(10.0, n); }
 
 TEST(Str2Real, ArithmeticIsPartsThenOneMultiplication) {
     // The integer part and the fraction are formed apart, added, and the

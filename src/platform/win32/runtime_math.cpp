@@ -1,4 +1,4 @@
-// Bessel functions on Windows: the runtime's _j0 family.
+// The runtime's mathematics on Windows: pow and the _j0 family of msvcrt.
 
 #include <math.h>
 
@@ -16,6 +16,8 @@ double __cdecl _yn(int n, double x);
 }
 
 namespace vl::platform {
+
+double runtime_pow(double x, double y) noexcept { return (*__MINGW_IMP_SYMBOL(pow))(x, y); }
 
 double bessel_j0(double x) noexcept { return ::_j0(x); }
 double bessel_j1(double x) noexcept { return ::_j1(x); }
