@@ -223,7 +223,7 @@ class ColourDialog : public ColourTable {
     }
     // The question after OK: waits for it, checks it and answers.
     void answer(DialogDriver& d, bool yes) {
-        d.then(std::string("answer ") + (yes ? "Yes" : "No"), [yes] {
+        d.then(std::string("answer ") + (yes ? "Yes" : "No"), [this, yes] {
             HWND box = nullptr;
             for (HWND h : thread_dialogs())
                 if (window_text(h) == "Warning") box = h;
@@ -233,6 +233,11 @@ class ColourDialog : public ColourTable {
             EXPECT_NE(GetDlgItem(box, IDNO), nullptr);
             EXPECT_EQ(GetDlgItem(box, IDCANCEL), nullptr) << "Yes and No only";
             EXPECT_EQ(GetWindow(box, GW_OWNER), nullptr) << "no owner";
+            EXPECT_FALSE(IsWindowEnabled(owner_)) << "task modal: the host's windows wait";
+            constexpr int kIcon = 1088;  // the message box's icon control
+            EXPECT_EQ(SendDlgItemMessageA(box, kIcon, STM_GETICON, 0, 0),
+                      reinterpret_cast<LRESULT>(LoadIconA(nullptr, reinterpret_cast<LPCSTR>(IDI_QUESTION))))
+                << "the question icon";
             SendMessageA(GetDlgItem(box, yes ? IDYES : IDNO), BM_CLICK, 0, 0);
             return true;
         });
@@ -435,6 +440,25 @@ TEST_F(ColourDialog, ARefusedAddStillCountsAsAnEdit) {
     EXPECT_EQ(colour(kCount), 40);
 }
 
+// The colour type is offered but cannot be changed: OK hands the choice to
+// the palette, which keeps the default colours.
+TEST_F(ColourDialog, TheColourTypeStaysDefault) {
+    ScratchFile file("dialog.ini", kSettings);
+    DialogDriver d;
+    opens(d);
+    click(d, kTypePure, "Pure Color");
+    check(d, "the choice", [this] {
+        EXPECT_EQ(IsDlgButtonChecked(dialog_, kTypePure), BST_CHECKED);
+        EXPECT_EQ(IsDlgButtonChecked(dialog_, kTypeDefault), BST_UNCHECKED);
+    });
+    click(d, kUpdate, "Update");
+    click(d, IDOK, "OK");
+    answer(d, true);
+    edit(d, file);
+    EXPECT_EQ(KELUTIL_Palette(nullptr, 5, 0, 0), 0);
+    EXPECT_EQ(KELUTIL_Palette(nullptr, 10, 0, 0x123456), 0x123456);
+}
+
 TEST_F(ColourDialog, DeleteSelectsTheFirstRow) {
     ScratchFile file("dialog.ini", kSettings);
     DialogDriver d;
@@ -476,6 +500,37 @@ TEST_F(ColourDialog, DeleteKeepsTheOnlyRowLeft) {
     edit(d, file);
     EXPECT_EQ(listing(current_colours()), "Red=255 0 0");
     EXPECT_EQ(section_listing(file.read(), "Color List"), "Red=255 0 0");
+}
+
+// A table the host emptied opens with no row: the steps that need one do
+// nothing, and Add makes the first.
+TEST_F(ColourDialog, AnEmptyTableOpensWithoutARow) {
+    colour(kSetCount, 0, 0);
+    ScratchFile file("dialog.ini", kSettings);
+    DialogDriver d;
+    opens(d);
+    check(d, "no row", [this] {
+        EXPECT_TRUE(items().empty());
+        EXPECT_EQ(selection(), LB_ERR);
+        EXPECT_EQ(boxes(), "|||");
+    });
+    click(d, kDelete, "Delete");
+    click(d, kEditColour, "Edit Color...");
+    check(d, "no chooser", [this] {
+        EXPECT_EQ(thread_dialogs().size(), 1u);
+        EXPECT_TRUE(items().empty());
+    });
+    type_row(d, "First", "1", "2", "3");
+    click(d, kAdd, "Add");
+    check(d, "the first row", [this] {
+        EXPECT_EQ(item_names(), "First|");
+        EXPECT_EQ(selection(), 0);
+    });
+    click(d, IDOK, "OK");
+    answer(d, true);
+    edit(d, file);
+    EXPECT_EQ(listing(current_colours()), "First=1 2 3");
+    EXPECT_EQ(section_listing(file.read(), "Color List"), "First=1 2 3");
 }
 
 // A colour from the chooser is shown at once, but only an Update, Add or

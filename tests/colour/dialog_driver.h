@@ -16,38 +16,38 @@
 
 namespace vltest {
 
-// The visible dialogs (class "#32770") of this thread, topmost first.
-inline std::vector<HWND> thread_dialogs() {
-    std::vector<HWND> found;
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM list) -> BOOL {
-            char name[16] = {};
-            GetClassNameA(window, name, sizeof name);
-            if (std::string(name) == "#32770" && IsWindowVisible(window))
-                reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&found));
-    return found;
-}
-
 inline std::string window_text(HWND window) {
     char text[512] = {};
     GetWindowTextA(window, text, sizeof text);
     return text;
 }
 
+// Window enumerators are stdcall functions on 32-bit Windows, which a
+// lambda does not convert to.
+inline BOOL CALLBACK collect_dialog(HWND window, LPARAM list) {
+    char name[16] = {};
+    GetClassNameA(window, name, sizeof name);
+    if (std::string(name) == "#32770" && IsWindowVisible(window))
+        reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+    return TRUE;
+}
+
+inline BOOL CALLBACK collect_text(HWND child, LPARAM text) {
+    *reinterpret_cast<std::string*>(text) += window_text(child) + "|";
+    return TRUE;
+}
+
+// The visible dialogs (class "#32770") of this thread, topmost first.
+inline std::vector<HWND> thread_dialogs() {
+    std::vector<HWND> found;
+    EnumThreadWindows(GetCurrentThreadId(), collect_dialog, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
 // The texts of a window's children, apart by '|'.
 inline std::string child_texts(HWND window) {
     std::string out;
-    EnumChildWindows(
-        window,
-        [](HWND child, LPARAM text) -> BOOL {
-            *reinterpret_cast<std::string*>(text) += window_text(child) + "|";
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&out));
+    EnumChildWindows(window, collect_text, reinterpret_cast<LPARAM>(&out));
     return out;
 }
 
