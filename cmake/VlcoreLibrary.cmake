@@ -86,9 +86,9 @@ endif()
 # The colour table and palette; pens, brushes and palettes need the window
 # system and are made in the Windows half only.
 list(APPEND VLCORE_SOURCES src/colour/color_table.cpp src/colour/colour_state.cpp src/colour/palette.cpp
-  src/colour/square.cpp)
+  src/colour/square.cpp src/colour/color_editor.cpp)
 if(WIN32)
-  list(APPEND VLCORE_SOURCES src/colour/gdi_win32.cpp)
+  list(APPEND VLCORE_SOURCES src/colour/gdi_win32.cpp src/colour/color_dialog_win32.cpp)
 else()
   list(APPEND VLCORE_SOURCES src/colour/gdi_posix.cpp)
 endif()
@@ -133,7 +133,9 @@ endif()
 
 add_library(vlcore_objects OBJECT ${VLCORE_SOURCES})
 add_dependencies(vlcore_objects vlcore_generated)
-target_include_directories(vlcore_objects PUBLIC include src ${VLCORE_GEN})
+# resources/ holds the dialog scripts that vlcore.rc includes and their id
+# headers, which the code shares.
+target_include_directories(vlcore_objects PUBLIC include src resources ${VLCORE_GEN})
 if(WIN32)
   target_compile_definitions(vlcore_objects PUBLIC WIN32_LEAN_AND_MEAN NOMINMAX)
   target_link_libraries(vlcore_objects PUBLIC user32 gdi32 comdlg32)
@@ -142,7 +144,8 @@ else()
 endif()
 
 add_library(vlcore SHARED $<TARGET_OBJECTS:vlcore_objects>)
-target_include_directories(vlcore PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+target_include_directories(vlcore PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+                                  PRIVATE ${PROJECT_SOURCE_DIR}/resources)
 add_dependencies(vlcore vlcore_generated)
 if(WIN32)
   target_sources(vlcore PRIVATE ${VLCORE_GEN}/vlcore.rc)

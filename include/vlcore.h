@@ -671,8 +671,14 @@ typedef struct VL_HDC__ *VL_HDC;
  *      the snapshot that operation 24 returns to (before the first load:
  *      the built-in table).
  *   1  deletes the palette.              3  the count.
- *   2  the Colour dialog is not part of this library: answers 0, as a
- *      dialog closed without OK; nothing is changed or saved.
+ *   2  edits the table in the Colour dialog over the window `handle`; after
+ *      OK with an edit (Update, Add or Delete) the table takes the edits
+ *      and the question "Do you want to save ...?" follows; Yes saves into
+ *      the settings file `value` as operation 22 does and refreshes the
+ *      palette, No keeps the edits unsaved.  Answers 0.  In the dialog,
+ *      Delete of the only row left and the 41st Add are refused with a
+ *      beep, and a name is cut to 24 characters.  Natively there is no
+ *      dialog: 0, nothing changed or saved.
  *   4  makes a pen (`value`: width in 1/500 point, 0 the thinnest; turned
  *      into device units by KELUTIL_3Dsquare command 4100) and selects it.
  *   5  selects the black pen, deletes the pen made.
@@ -716,6 +722,14 @@ int32_t VLAPI KELUTIL_Color(void *handle, uint32_t number, intptr_t value, uint3
  *   12 the palette handle (an HPALETTE), or 0.
  * Answers 0 apart from 5, 10 and 12; other operations do nothing. */
 intptr_t VLAPI KELUTIL_Palette(VL_HDC dc, uint32_t operation, uint32_t count, intptr_t value);
+
+#ifdef _WIN32
+/* The dialog procedure of the Colour dialog (dialog 32002 of the library's
+ * resources), which KELUTIL_Color operation 2 runs.  It answers
+ * WM_INITDIALOG (1), WM_COMMAND (1) and WM_PAINT (0, after painting the
+ * sample); any other message answers 0.  `second` is not used. */
+INT_PTR VLAPI myColorDlg(HWND dialog, UINT message, WPARAM first, LPARAM second);
+#endif
 
 /* Bevelled squares, and the scaling behind them and behind pen widths.
  * `rect` and `out_rect` point to rectangles of four int32_t, left, top,
