@@ -13,6 +13,9 @@ double __cdecl _jn(int n, double x);
 double __cdecl _y0(double x);
 double __cdecl _y1(double x);
 double __cdecl _yn(int n, double x);
+// The import slot of msvcrt's pow: the compiler kit links a pow of its own
+// under the plain name.
+extern double(__cdecl* __MINGW_IMP_SYMBOL(pow))(double, double);
 }
 
 namespace vl::platform {
