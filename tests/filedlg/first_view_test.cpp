@@ -1,0 +1,141 @@
+// The first view of the file dialogs, decided before the platform's dialog
+// comes up: types, the row shown, directory, name, default extension,
+// template and the record's flags.
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "filedlg/dialogs.h"
+#include "filedlg/filedlg_state.h"
+#include "filedlg_rows.h"
+#include "frame/frame.h"
+#include "support.h"
+#include "vlcore.h"
+
+namespace {
+
+using namespace vl::filedlg;
+using filedlg_test::Row;
+
+// The texts of a filter string apart by '|'.
+std::string filter_texts(const char* filter) {
+    std::string texts;
+    for (const char* at = filter; at && *at; at += std::strlen(at) + 1) texts += (texts.empty() ? "" : "|") + std::string(at);
+    return texts;
+}
+
+int g_asked = 0;
+VL_LRESULT VLAPI counting_host(VL_HWND, VL_UINT, VL_WPARAM, VL_LPARAM) {
+    ++g_asked;
+    return 0;
+}
+
+class FirstView : public ::testing::Test {
+  protected:
+    void SetUp() override { reset(); }
+    void TearDown() override { reset(); }
+    static void reset() {
+        KELUTIL_PathControl(3, nullptr, nullptr, 0);
+        file_type_table = FileTypeTable{};
+        szCurrentDir.fill('\0');
+        szLastExt.fill('\0');
+        bPresetActive = bExtPreset = false;
+        FileDialogOptions = VL_FILE_DIALOG_OPTIONS{};
+        dwNoTitle = 0;
+        vl::frame::frame_state.lpfnFileHost = nullptr;
+        g_asked = 0;
+    }
+    static void set(std::array<char, kPathRoom>& to, const std::string& text) {
+        to.fill('\0');
+        text.copy(to.data(), to.size() - 1);
+    }
+};
+
+TEST_F(FirstView, EachRowOfTheTable) {
+    filedlg_test::each_row("filedlg/first_view.tsv", [](const Row& row) {
+        reset();
+        for (int32_t r = 1; const char* d : {"A *.TXT", "B *.DAT", "C *.CSV"})
+            KELUTIL_Fdlog_Str(const_cast<char*>(d), r++, 19);
+        std::istringstream registry(row.s(1));
+        for (std::string pair; registry >> pair;) {
+            const auto eq = pair.find('=');
+            KELUTIL_PathControl(1, pair.data() + eq + 1, pair.substr(0, eq).data(), 0);
+        }
+        set(szCurrentDir, row.s(2));
+        set(szLastExt, row.s(3));
+        if (row.s(4) != "-") {
+            std::string dir = row.s(4), ext = row.s(5);
+            KELUTIL_FileDialog(nullptr, dir.data(), ext.data(), 0x200);
+        }
+        std::vector<char> spec;
+        if (!row.null(6)) spec.assign(row.c(6), row.c(6) + row.s(6).size() + 1);
+        char* const spec_arg = row.null(6) ? nullptr : spec.data();
+        const auto flags = static_cast<uint32_t>(row.n(8));
+        DialogView view;
+        if (row.s(0) == "open")
+            PrepareOpen(spec_arg, flags, view);
+        else if (row.s(0) == "save")
+            PrepareSave(row.c(7), spec_arg, flags, view);
+        else
+            PrepareMulti(spec_arg, view);
+        EXPECT_EQ(view.show, row.n(9));
+        EXPECT_EQ(filter_texts(view.filter), row.s(10));
+        ASSERT_NE(view.directory, nullptr);
+        EXPECT_STREQ(view.directory, row.c(11));
+        EXPECT_STREQ(view.file.data(), row.c(12));
+        if (row.null(13))
+            EXPECT_EQ(view.default_ext, nullptr) << view.default_ext;
+        else
+            EXPECT_STREQ(view.default_ext ? view.default_ext : "(null)", row.c(13));
+        EXPECT_EQ(view.template_id, row.n(14));
+        EXPECT_EQ(view.flags, static_cast<uint32_t>(row.n(15)));
+        EXPECT_EQ(view.save, row.s(0) == "save");
+    });
+}
+
+// A spec's extension becomes row 1's, cut to four characters with its dot,
+// and the spec itself keeps only three behind it.
+TEST_F(FirstView, SpecWritesRowOneAndIsCut) {
+    char spec[] = "*.LONGER *.TXT";
+    DialogView view;
+    PrepareOpen(spec, 0, view);
+    EXPECT_STREQ(file_type_table.rows[1].extension.data(), ".LON");
+    EXPECT_STREQ(spec, "*.LON");
+}
+
+// The host is asked for an unknown extension's directory, except while a
+// preset is active.
+TEST_F(FirstView, HostAskedUnlessPreset) {
+    vl::frame::frame_state.lpfnFileHost = counting_host;
+    char spec[] = "*.DAT";
+    DialogView view;
+    PrepareOpen(spec, 0, view);
+    EXPECT_EQ(g_asked, 1);
+    char dir[] = "C:\\P";
+    char ext[] = "";
+    EXPECT_EQ(KELUTIL_FileDialog(nullptr, dir, ext, 0x200), 0);
+    char spec2[] = "*.DAT";
+    PrepareOpen(spec2, 0, view);
+    EXPECT_EQ(g_asked, 1);
+    EXPECT_STREQ(view.directory, "C:\\P");
+}
+
+// The title: the host's, unless the next open dialog was told to keep its
+// template's; that lasts one dialog.
+TEST_F(FirstView, Title) {
+    std::strcpy(FileDialogOptions.szTitle, "Import data");
+    DialogView view;
+    PrepareOpen(nullptr, 0, view);
+    EXPECT_STREQ(view.title, "Import data");
+    EXPECT_EQ(KELUTIL_FileDialog(nullptr, reinterpret_cast<char*>(uintptr_t{0x8000}), nullptr, 0), 0);
+    PrepareOpen(nullptr, 0, view);
+    EXPECT_EQ(view.title, nullptr);
+    PrepareOpen(nullptr, 0, view);
+    EXPECT_STREQ(view.title, "Import data");
+    PrepareSave("A", nullptr, 0, view);
+    EXPECT_STREQ(view.title, "Import data");
+    EXPECT_STREQ(szSaveTitle.data(), "Import data");
+}
+
+}  // namespace
