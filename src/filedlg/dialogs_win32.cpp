@@ -320,6 +320,53 @@ void remove_chosen(HWND dialog) noexcept {
                             0);
 }
 
+// The caption of a dialog template of the library, for a dialog that was
+// given no title: the platform would otherwise show its own.
+std::string template_caption(int32_t id) noexcept {
+    HRSRC const found = FindResourceA(library_instance(), MAKEINTRESOURCEA(id), MAKEINTRESOURCEA(5));
+    HGLOBAL const loaded = found ? LoadResource(library_instance(), found) : nullptr;
+    const auto* words = loaded ? static_cast<const WORD*>(LockResource(loaded)) : nullptr;
+    const DWORD size = found ? SizeofResource(library_instance(), found) / sizeof(WORD) : 0;
+    if (!words || size < 9) return {};
+    // Behind the fixed part: the menu and the class (a number or a text),
+    // then the caption.
+    std::size_t at = 9;
+    for (int field = 0; field < 2 && at < size; ++field) {
+        if (words[at] == 0xFFFF) {
+            at += 2;
+        } else {
+            while (at < size && words[at] != 0) ++at;
+            ++at;
+        }
+    }
+    std::string caption;
+    for (; at < size && words[at] != 0; ++at) caption += static_cast<char>(words[at] < 256 ? words[at] : '?');
+    return caption;
+}
+
+// The old-style dialog puts a type's pattern into the name box after the
+// hook has fitted the name to the type: the fitted name goes back once the
+// platform is through.
+constexpr WORD kRestoreName = 0x7F01;
+std::array<char, kNameRoom> pending_name{};
+
+void fit_name_to_new_type(HWND dialog) noexcept {
+    FileTypeApplyToName(dialog, true);
+    std::array<char, kNameRoom> name{};
+    GetDlgItemTextA(dialog, kNameEdit, name.data(), static_cast<int>(name.size()));
+    // A pattern in the box is the platform's own, not a name to keep.
+    if (!name[0] || std::strpbrk(name.data(), "*?")) return;
+    pending_name = name;
+    PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(kTypeCombo, kRestoreName), 0);
+}
+
+void restore_name(HWND dialog) noexcept {
+    if (!pending_name[0]) return;
+    SetDlgItemTextA(dialog, kNameEdit, pending_name.data());
+    SendDlgItemMessageA(dialog, kNameEdit, EM_SETMODIFY, 0, 0);
+    pending_name[0] = '\0';
+}
+
 LPOFNHOOKPROC hook_of(Hook hook) noexcept {
     switch (hook) {
         case Hook::kExplorer: return FileExplorerHook;
@@ -400,22 +447,30 @@ bool RunFileDialog(VL_HWND owner, DialogView& view, DialogChoice& choice) noexce
     record.lCustData = static_cast<LPARAM>(view.kind);
     record.lpfnHook = hook_of(view.hook);
     record.lpTemplateName = MAKEINTRESOURCEA(view.template_id);
+    // The old-style dialogs move the working directory while the user
+    // browses; only a successful open moves it, and that is done afterwards.
+    std::array<char, MAX_PATH + 1> working{};
+    const DWORD kept = GetCurrentDirectoryA(static_cast<DWORD>(working.size()), working.data());
     OPENFILENAMEA* const outer = active_record;
     active_record = &record;
     const BOOL ok = view.save ? GetSaveFileNameA(&record) : GetOpenFileNameA(&record);
     active_record = outer;
+    if (kept > 0 && kept < working.size()) SetCurrentDirectoryA(working.data());
     if (!ok) {
         CommDlgExtendedError();
         return false;
     }
-    if (view.hook != Hook::kMulti) {
-        const std::size_t n = strnlen(record.lpstrFile, kSaveFileRoom - 1);
-        choice.path.fill('\0');
-        std::memcpy(choice.path.data(), record.lpstrFile, std::min(n, choice.path.size() - 1));
-        if (n >= choice.path.size()) choice.path[0] = '\0';
-        choice.filter_index = static_cast<int32_t>(record.nFilterIndex);
-        choice.read_only = (record.Flags & kReadOnlyBit) != 0;
-    }
+    if (view.hook == Hook::kMulti) return true;
+    // A name that fills the whole buffer may have been cut by the platform:
+    // it can't be told from one that names another file, so it counts as
+    // no choice.  An opened file must exist.
+    const std::size_t n = strnlen(record.lpstrFile, kSaveFileRoom - 1);
+    if (n == 0 || n >= kRecordFileRoom - 1) return false;
+    if (!view.save && GetFileAttributesA(record.lpstrFile) == INVALID_FILE_ATTRIBUTES) return false;
+    choice.path.fill('\0');
+    std::memcpy(choice.path.data(), record.lpstrFile, n);
+    choice.filter_index = static_cast<int32_t>(record.nFilterIndex);
+    choice.read_only = (record.Flags & kReadOnlyBit) != 0;
     return true;
 }
 
@@ -476,6 +531,11 @@ using namespace vl::filedlg;
 extern "C" UINT_PTR VLAPI FileOpenHookProc(HWND dialog, UINT message, WPARAM first, LPARAM second) {
     FileOptionsHook(dialog, message, first, second);
     if (message == WM_INITDIALOG) {
+        const auto* record = reinterpret_cast<const OPENFILENAMEA*>(second);
+        if (record && !record->lpstrTitle && IS_INTRESOURCE(record->lpTemplateName)) {
+            const std::string caption = template_caption(static_cast<int32_t>(reinterpret_cast<uintptr_t>(record->lpTemplateName)));
+            if (!caption.empty()) SetWindowTextA(dialog, caption.c_str());
+        }
         FileInfoCommand(dialog, nullptr, kExplorerOff);
         FileInfoCommand(dialog, nullptr, kLayout);
         if (is_save_template(dialog)) FileInfoCommand(dialog, nullptr, kWriteComment);
@@ -495,7 +555,13 @@ extern "C" UINT_PTR VLAPI FileOpenHookProc(HWND dialog, UINT message, WPARAM fir
             FileInfoCommand(dialog, nullptr, kFollowBox);
             FileInfoCommand(dialog, nullptr, kShowHead);
             return 1;
-        case kTypeCombo: FileTypeApplyToName(dialog, true); return 0;
+        case kTypeCombo:
+            if (HIWORD(first) == kRestoreName) {
+                restore_name(dialog);
+                return 1;
+            }
+            fit_name_to_new_type(dialog);
+            return 0;
         default: return 0;
     }
 }
