@@ -20,10 +20,40 @@ VL_LRESULT VLAPI counting_host(VL_HWND, VL_UINT, VL_WPARAM first, VL_LPARAM) {
     return 0;
 }
 
+#ifdef _WIN32
+void CALLBACK cancel_dialogs(HWND, UINT, UINT_PTR, DWORD) {
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND window, LPARAM) -> BOOL {
+            char cls[16] = {};
+            GetClassNameA(window, cls, sizeof cls);
+            if (std::strcmp(cls, "#32770") == 0) PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
+            return TRUE;
+        },
+        0);
+}
+#endif
+
+// A preset lasts until a dialog ends: one that is cancelled at once (or,
+// natively, fails at once) ends it.
+void end_preset() {
+    char name[300] = "";
+#ifdef _WIN32
+    const UINT_PTR timer = SetTimer(nullptr, 0, 50, cancel_dialogs);
+#endif
+    KELUTIL_FileDialog(nullptr, name, nullptr, 0);
+#ifdef _WIN32
+    KillTimer(nullptr, timer);
+#endif
+}
+
 class FileCommands : public ::testing::Test {
   protected:
     void SetUp() override { reset(); }
-    void TearDown() override { reset(); }
+    void TearDown() override {
+        end_preset();
+        reset();
+    }
     static void reset() {
         KELUTIL_PathControl(3, nullptr, nullptr, 0);
         KELUTIL_Main(nullptr, 0, 0, 6);
