@@ -44,10 +44,10 @@ enum Template : int32_t {
 };
 
 // The platform record's flags that the dialogs use.
-constexpr uint32_t kOldOpenFlags = 0x1860;   // file and path must exist, template, hook
-constexpr uint32_t kOldSaveFlags = 0x1862;   // and ask before overwriting
-constexpr uint32_t kExplorerFlags = 0x81072; // Explorer, file must exist, template, hook, help, overwrite
-constexpr uint32_t kMultiFlags = 0x260;      // several files, template, hook
+constexpr uint32_t kOldOpenFlags = 0x1860;    // file and path must exist, template, hook
+constexpr uint32_t kOldSaveFlags = 0x1862;    // and ask before overwriting
+constexpr uint32_t kExplorerFlags = 0x81072;  // Explorer, file must exist, template, hook, help, overwrite
+constexpr uint32_t kMultiFlags = 0x260;       // several files, template, hook
 constexpr uint32_t kReadOnlyBit = 1;
 
 // Kinds of Explorer-style dialog, the record's custom data.
@@ -62,8 +62,8 @@ enum class Hook { kOld, kExplorer, kMulti };
 // What a dialog shows first and how it is run.
 struct DialogView {
     std::array<char, kFilterRoom> filter_block{};
-    const char* filter = nullptr;  // filter_block or szSpecFilter
-    int32_t show = 1;              // the type row shown first, from 1
+    const char* filter = nullptr;            // filter_block or szSpecFilter
+    int32_t show = 1;                        // the type row shown first, from 1
     std::array<char, kSaveFileRoom> file{};  // the name shown first
     const char* directory = nullptr;         // szCurrentDir
     const char* default_ext = nullptr;       // null for none

@@ -144,8 +144,8 @@ void show_head(HWND dialog) noexcept {
     if (!bInfoShown || is_save_template(dialog)) return;
     std::array<char, kSelectedPathRoom> path{};
     if (bExplorerDialog) {
-        const LRESULT got = SendMessageA(GetParent(dialog), CDM_GETFILEPATH, path.size(),
-                                         reinterpret_cast<LPARAM>(path.data()));
+        const LRESULT got =
+            SendMessageA(GetParent(dialog), CDM_GETFILEPATH, path.size(), reinterpret_cast<LPARAM>(path.data()));
         if (got > static_cast<LRESULT>(path.size())) return;
         if (got <= 0) path[0] = '\0';
     } else if (FileListSelectedPath(dialog, path, -1) != 0) {
@@ -316,8 +316,8 @@ void remove_chosen(HWND dialog) noexcept {
                                             reinterpret_cast<LPARAM>(rows.data()));
     // From the last, so the numbers of the others stay.
     for (LRESULT i = got - 1; i >= 0; --i)
-        SendDlgItemMessageA(dialog, kChosenList, LB_DELETESTRING, static_cast<WPARAM>(rows[static_cast<std::size_t>(i)]),
-                            0);
+        SendDlgItemMessageA(dialog, kChosenList, LB_DELETESTRING,
+                            static_cast<WPARAM>(rows[static_cast<std::size_t>(i)]), 0);
 }
 
 // The caption of a dialog template of the library, for a dialog that was
@@ -389,7 +389,9 @@ void FileInfoCommand(HWND dialog, const char* argument, int32_t mode) noexcept {
         case kFollowBox: follow_box(dialog); break;
         case 1024:
         case 1280:
-        case 1536: KELUTIL_FileSaveAs(nullptr, const_cast<char*>(argument), nullptr, static_cast<uint32_t>(mode)); break;
+        case 1536:
+            KELUTIL_FileSaveAs(nullptr, const_cast<char*>(argument), nullptr, static_cast<uint32_t>(mode));
+            break;
         case kExplorerOn: bExplorerDialog = true; break;
         case kExplorerOff: bExplorerDialog = false; break;
         default: break;
@@ -533,7 +535,8 @@ extern "C" UINT_PTR VLAPI FileOpenHookProc(HWND dialog, UINT message, WPARAM fir
     if (message == WM_INITDIALOG) {
         const auto* record = reinterpret_cast<const OPENFILENAMEA*>(second);
         if (record && !record->lpstrTitle && IS_INTRESOURCE(record->lpTemplateName)) {
-            const std::string caption = template_caption(static_cast<int32_t>(reinterpret_cast<uintptr_t>(record->lpTemplateName)));
+            const std::string caption =
+                template_caption(static_cast<int32_t>(reinterpret_cast<uintptr_t>(record->lpTemplateName)));
             if (!caption.empty()) SetWindowTextA(dialog, caption.c_str());
         }
         FileInfoCommand(dialog, nullptr, kExplorerOff);

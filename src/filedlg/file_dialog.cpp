@@ -264,8 +264,8 @@ extern "C" int32_t VLAPI KELUTIL_FileDialog(VL_HWND owner, char* name, char* spe
     DialogView view;
     PrepareOpen(spec, flags, view);
     DialogChoice choice;
-    const int32_t result = RunFileDialog(owner, view, choice) ? FinishOpen(choice, has_text(spec), flags, name)
-                                                              : kCancelledOpen;
+    const int32_t result =
+        RunFileDialog(owner, view, choice) ? FinishOpen(choice, has_text(spec), flags, name) : kCancelledOpen;
     bPresetActive = false;
     return result;
 }

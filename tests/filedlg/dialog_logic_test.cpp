@@ -20,7 +20,8 @@ namespace fs = std::filesystem;
 class Comments : public ::testing::Test {
   protected:
     void SetUp() override {
-        dir_ = fs::temp_directory_path() / ("vlcore_comment_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()));
+        dir_ = fs::temp_directory_path() /
+               ("vlcore_comment_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()));
         fs::create_directories(dir_);
     }
     void TearDown() override {
@@ -38,7 +39,8 @@ class Comments : public ::testing::Test {
 
 TEST_F(Comments, FromRealFiles) {
     filedlg_test::each_row("filedlg/file_comment.tsv", [this](const Row& row) {
-        const std::string path = row.s(0) == "(none)" ? (dir_ / "missing.dat").string() : write(vltest::unescape(row.s(0)));
+        const std::string path =
+            row.s(0) == "(none)" ? (dir_ / "missing.dat").string() : write(vltest::unescape(row.s(0)));
         vltest::Poisoned out(kHeadRoom + 8);
         const std::string expected = vltest::unescape(row.s(1));
         EXPECT_EQ(ReadFileComment(path.c_str(), std::span<char>(out.data(), kHeadRoom)), !expected.empty());
@@ -50,8 +52,8 @@ TEST_F(Comments, FromRealFiles) {
 // a directory or no path reads nothing.
 TEST_F(Comments, RoomAndBadPaths) {
     const std::string path = write("#abcdef\n");
-    for (const auto& [room, expected] : std::vector<std::pair<std::size_t, std::string>>{
-             {4, "abc"}, {7, "abcdef"}, {8, "abcdef"}, {1, ""}}) {
+    for (const auto& [room, expected] :
+         std::vector<std::pair<std::size_t, std::string>>{{4, "abc"}, {7, "abcdef"}, {8, "abcdef"}, {1, ""}}) {
         SCOPED_TRACE("room " + std::to_string(room));
         vltest::Poisoned out(room + 4);
         ReadFileComment(path.c_str(), std::span<char>(out.data(), room));
@@ -73,9 +75,9 @@ TEST(DialogTables, OptionNames) {
         int32_t action;
         const char* after;
     };
-    for (const Case& c : {Case{"IMPASCII", 101, "IMPASCII"}, Case{"impascii", 101, "IMPASCII"},
-                          Case{"ExpAscii", 3006, "EXPASCII"}, Case{"", 0, ""}, Case{"IMPASCII ", 0, "IMPASCII "},
-                          Case{"other", 0, "OTHER"}}) {
+    for (const Case& c :
+         {Case{"IMPASCII", 101, "IMPASCII"}, Case{"impascii", 101, "IMPASCII"}, Case{"ExpAscii", 3006, "EXPASCII"},
+          Case{"", 0, ""}, Case{"IMPASCII ", 0, "IMPASCII "}, Case{"other", 0, "OTHER"}}) {
         SCOPED_TRACE(c.name);
         std::string name = c.name;
         EXPECT_EQ(OptionActionOf(name.data()), c.action);
@@ -120,10 +122,10 @@ TEST(DialogTables, JoinPath) {
         std::size_t room;
         const char* out;
     };
-    for (const Case& c : {Case{"C:\\", "A.DAT", 20, "C:\\A.DAT"}, Case{"C:\\DATA", "A.DAT", 20, "C:\\DATA\\A.DAT"},
-                          Case{"C:\\DATA\\", "A.DAT", 20, "C:\\DATA\\A.DAT"},
-                          Case{"C:\\DATA", "A.DAT", 14, "C:\\DATA\\A.DAT"}, Case{"C:\\DATA", "A.DAT", 13, ""},
-                          Case{"", "A", 4, "\\A"}}) {
+    for (const Case& c :
+         {Case{"C:\\", "A.DAT", 20, "C:\\A.DAT"}, Case{"C:\\DATA", "A.DAT", 20, "C:\\DATA\\A.DAT"},
+          Case{"C:\\DATA\\", "A.DAT", 20, "C:\\DATA\\A.DAT"}, Case{"C:\\DATA", "A.DAT", 14, "C:\\DATA\\A.DAT"},
+          Case{"C:\\DATA", "A.DAT", 13, ""}, Case{"", "A", 4, "\\A"}}) {
         SCOPED_TRACE(std::string(c.dir) + " + " + c.name + " in " + std::to_string(c.room));
         vltest::Poisoned out(c.room + 4);
         EXPECT_EQ(JoinPath(c.dir, c.name, std::span<char>(out.data(), c.room)), *c.out != '\0');

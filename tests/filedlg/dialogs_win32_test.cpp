@@ -161,8 +161,8 @@ void pick(HWND dialog, int id, int row) {
 }
 
 int row_of(HWND dialog, int id, const std::string& text) {
-    return static_cast<int>(
-        SendMessageA(control(dialog, id), LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(text.c_str())));
+    return static_cast<int>(SendMessageA(control(dialog, id), LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                         reinterpret_cast<LPARAM>(text.c_str())));
 }
 
 void press(HWND dialog, int id) { SendMessageA(control(dialog, id), BM_CLICK, 0, 0); }
@@ -280,26 +280,25 @@ TEST_F(FileDialogs, OpenTypedNameAndComment) {
     preset(dir("one"));
     std::string seen_dir, comment, no_comment, first_type;
     char name[300] = {};
-    const int32_t result = drive(
-        {[&](HWND d) {
-             seen_dir = text_of(control(d, kDirectoryLabel));
-             first_type = std::to_string(SendMessageA(control(d, kTypes), CB_GETCURSEL, 0, 0));
-             pick(d, kTypes, 1);  // Data
-             SendMessageA(d, WM_COMMAND, MAKEWPARAM(kTypes, CBN_CLOSEUP), 0);
-             return true;
-         },
-         [&](HWND d) {
-             const int a = row_of(d, kFiles, "a.dat");
-             if (a < 0) return false;
-             pick(d, kFiles, a);
-             comment = text_of(control(d, kComment));
-             pick(d, kFiles, row_of(d, kFiles, "b.dat"));
-             no_comment = text_of(control(d, kComment));
-             type(control(d, kName), "a.dat");
-             press(d, IDOK);
-             return true;
-         }},
-        [&] { return KELUTIL_FileDialog(nullptr, name, nullptr, 0); });
+    const int32_t result = drive({[&](HWND d) {
+                                      seen_dir = text_of(control(d, kDirectoryLabel));
+                                      first_type = std::to_string(SendMessageA(control(d, kTypes), CB_GETCURSEL, 0, 0));
+                                      pick(d, kTypes, 1);  // Data
+                                      SendMessageA(d, WM_COMMAND, MAKEWPARAM(kTypes, CBN_CLOSEUP), 0);
+                                      return true;
+                                  },
+                                  [&](HWND d) {
+                                      const int a = row_of(d, kFiles, "a.dat");
+                                      if (a < 0) return false;
+                                      pick(d, kFiles, a);
+                                      comment = text_of(control(d, kComment));
+                                      pick(d, kFiles, row_of(d, kFiles, "b.dat"));
+                                      no_comment = text_of(control(d, kComment));
+                                      type(control(d, kName), "a.dat");
+                                      press(d, IDOK);
+                                      return true;
+                                  }},
+                                 [&] { return KELUTIL_FileDialog(nullptr, name, nullptr, 0); });
     EXPECT_EQ(result, 0);
     EXPECT_EQ(lower(seen_dir), lower(dir("one").substr(0, dir("one").size() - 1))) << "the preset's directory";
     EXPECT_EQ(first_type, "0");
@@ -372,21 +371,22 @@ TEST_F(FileDialogs, OpenFileHandleAndCancel) {
 TEST_F(FileDialogs, OpenNameLongerThanBuffer) {
     preset(dir("one"));
     vltest::Poisoned name(300);
-    const int32_t result = drive({[&](HWND d) {
-                                     type(control(d, kName), std::string(280, 'x') + ".dat");
-                                     press_later(d, IDOK);
-                                     return true;
-                                 },
-                                 [&](HWND d) {
-                                     // Whatever the platform said about it, the user gives up.
-                                     if (HWND box = current_dialog(); box && box != d) {
-                                         PostMessageA(box, WM_COMMAND, IDOK, 0);
-                                         return false;
-                                     }
-                                     press_later(d, IDCANCEL);
-                                     return true;
-                                 }},
-                                 [&] { return KELUTIL_FileDialog(nullptr, name.data(), nullptr, 0); }, 1);
+    const int32_t result = drive(
+        {[&](HWND d) {
+             type(control(d, kName), std::string(280, 'x') + ".dat");
+             press_later(d, IDOK);
+             return true;
+         },
+         [&](HWND d) {
+             // Whatever the platform said about it, the user gives up.
+             if (HWND box = current_dialog(); box && box != d) {
+                 PostMessageA(box, WM_COMMAND, IDOK, 0);
+                 return false;
+             }
+             press_later(d, IDCANCEL);
+             return true;
+         }},
+        [&] { return KELUTIL_FileDialog(nullptr, name.data(), nullptr, 0); }, 1);
     EXPECT_EQ(result, -1);
     EXPECT_TRUE(name.clean_from(0));
 }
@@ -441,8 +441,8 @@ TEST_F(FileDialogs, OptionButtonRows) {
         bool option_shown;
         bool partial_shown;
     };
-    for (const Case& c : {Case{"EXPASCII", "", true, false}, Case{"", "Part", false, true},
-                          Case{"OTHER", "", false, false}}) {
+    for (const Case& c :
+         {Case{"EXPASCII", "", true, false}, Case{"", "Part", false, true}, Case{"OTHER", "", false, false}}) {
         SCOPED_TRACE(std::string(c.option) + "/" + c.partial);
         VL_FILE_DIALOG_OPTIONS block{};
         std::strcpy(block.szOptionName, c.option);
@@ -537,17 +537,17 @@ TEST_F(FileDialogs, SaveTypeChangeAndComment) {
     std::string first_name, renamed;
     const std::string before = working_directory();
     const int32_t result = drive({[&](HWND d) {
-                                     first_name = text_of(control(d, kName));
-                                     pick(d, kTypes, 1);
-                                     return true;
-                                 },
-                                 [&](HWND d) {
-                                     // What the user sees once the pick is through.
-                                     renamed = text_of(control(d, kName));
-                                     type(control(d, kComment), "calibration run");
-                                     press(d, IDOK);
-                                     return true;
-                                 }},
+                                      first_name = text_of(control(d, kName));
+                                      pick(d, kTypes, 1);
+                                      return true;
+                                  },
+                                  [&](HWND d) {
+                                      // What the user sees once the pick is through.
+                                      renamed = text_of(control(d, kName));
+                                      type(control(d, kComment), "calibration run");
+                                      press(d, IDOK);
+                                      return true;
+                                  }},
                                  [&] { return KELUTIL_FileSaveAs(nullptr, name, nullptr, 0); });
     EXPECT_EQ(result, 0);
     EXPECT_EQ(first_name, "REPORT.TXT");
@@ -597,24 +597,24 @@ TEST_F(FileDialogs, ExportOptions) {
     std::string title, separator_shown;
     bool header = false;
     std::vector<std::string> offered;
-    const int32_t result = drive({[&](HWND d) {
-                                     title = text_of(d);
-                                     header = IsDlgButtonChecked(d, 1001) == BST_CHECKED;
-                                     HWND const combo = control(d, 1003);
-                                     for (int i = 0; i < SendMessageA(combo, CB_GETCOUNT, 0, 0); ++i) {
-                                         char row[32] = {};
-                                         SendMessageA(combo, CB_GETLBTEXT, static_cast<WPARAM>(i),
-                                                      reinterpret_cast<LPARAM>(row));
-                                         offered.push_back(row);
-                                     }
-                                     separator_shown = text_of(combo);
-                                     press(d, 1001);
-                                     press(d, 1002);
-                                     pick(d, 1003, 4);
-                                     press(d, IDOK);
-                                     return true;
-                                 }},
-                                 [&] { return KELUTIL_FileSaveAs(nullptr, name, spec, 0x80); });
+    const int32_t result =
+        drive({[&](HWND d) {
+                  title = text_of(d);
+                  header = IsDlgButtonChecked(d, 1001) == BST_CHECKED;
+                  HWND const combo = control(d, 1003);
+                  for (int i = 0; i < SendMessageA(combo, CB_GETCOUNT, 0, 0); ++i) {
+                      char row[32] = {};
+                      SendMessageA(combo, CB_GETLBTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(row));
+                      offered.push_back(row);
+                  }
+                  separator_shown = text_of(combo);
+                  press(d, 1001);
+                  press(d, 1002);
+                  pick(d, 1003, 4);
+                  press(d, IDOK);
+                  return true;
+              }},
+              [&] { return KELUTIL_FileSaveAs(nullptr, name, spec, 0x80); });
     EXPECT_EQ(result, 0);
     EXPECT_EQ(title, "Export ASCII");
     EXPECT_TRUE(header);
@@ -641,31 +641,30 @@ TEST_F(FileDialogs, ExplorerOpen) {
     char name[300] = {};
     bool enabled_dat = true, enabled_xls = false, enabled_vlp = false, has_comment = false;
     std::string label_dat, label_xls, label_vlp;
-    const int32_t result = drive(
-        {[&](HWND d) {
-             has_comment = control(d, kComment) != nullptr;
-             HWND const box = GetDlgItem(d, kReadOnlyBox);
-             pick(d, kTypes, 0);
-             enabled_dat = IsWindowEnabled(box);
-             label_dat = text_of(box);
-             pick(d, kTypes, 1);
-             enabled_xls = IsWindowEnabled(box);
-             label_xls = text_of(box);
-             pick(d, kTypes, 2);
-             enabled_vlp = IsWindowEnabled(box);
-             label_vlp = text_of(box);
-             pick(d, kTypes, 0);
-             press(d, kOption);
-             return true;
-         },
-         [&](HWND d) {
-             HWND edit = GetDlgItem(d, kExplorerName);
-             if (!edit) edit = GetDlgItem(d, kName);
-             SetWindowTextA(edit, "a.dat");
-             press_later(d, IDOK);
-             return true;
-         }},
-        [&] { return KELUTIL_FileDialog(nullptr, name, nullptr, 0x2000); });
+    const int32_t result = drive({[&](HWND d) {
+                                      has_comment = control(d, kComment) != nullptr;
+                                      HWND const box = GetDlgItem(d, kReadOnlyBox);
+                                      pick(d, kTypes, 0);
+                                      enabled_dat = IsWindowEnabled(box);
+                                      label_dat = text_of(box);
+                                      pick(d, kTypes, 1);
+                                      enabled_xls = IsWindowEnabled(box);
+                                      label_xls = text_of(box);
+                                      pick(d, kTypes, 2);
+                                      enabled_vlp = IsWindowEnabled(box);
+                                      label_vlp = text_of(box);
+                                      pick(d, kTypes, 0);
+                                      press(d, kOption);
+                                      return true;
+                                  },
+                                  [&](HWND d) {
+                                      HWND edit = GetDlgItem(d, kExplorerName);
+                                      if (!edit) edit = GetDlgItem(d, kName);
+                                      SetWindowTextA(edit, "a.dat");
+                                      press_later(d, IDOK);
+                                      return true;
+                                  }},
+                                 [&] { return KELUTIL_FileDialog(nullptr, name, nullptr, 0x2000); });
     EXPECT_EQ(result, 0);
     EXPECT_EQ(lower(name), "a.dat");
     EXPECT_TRUE(has_comment);
@@ -713,37 +712,37 @@ TEST_F(FileDialogs, MultipleFilesFromTwoDirectories) {
     preset(dir("one"));
     char spec[] = "*.DAT";
     std::vector<std::string> before_ok;
-    const int32_t count = drive(
-        {[&](HWND d) {
-             const int a = row_of(d, kFiles, "a.dat");
-             const int b = row_of(d, kFiles, "b.dat");
-             if (a < 0 || b < 0) return false;
-             pick(d, kFiles, a);
-             pick(d, kFiles, b);
-             press(d, kAddFile);
-             // Added twice, then one taken out again.
-             press(d, kAddFile);
-             SendMessageA(control(d, kChosen), LB_SETSEL, FALSE, -1);
-             SendMessageA(control(d, kChosen), LB_SETSEL, TRUE, 3);
-             press(d, kRemove);
-             // To the other directory, as a user types it.
-             type(control(d, kName), (base_ / "two").string());
-             press(d, IDOK);
-             return true;
-         },
-         [&](HWND d) {
-             const int c = row_of(d, kFiles, "c.dat");
-             if (c < 0) return false;
-             SendMessageA(control(d, kFiles), LB_SETSEL, FALSE, -1);
-             SendMessageA(control(d, kFiles), LB_SETSEL, TRUE, c);
-             // A double click adds and leaves the dialog open.
-             SendMessageA(d, WM_COMMAND, MAKEWPARAM(kFiles, LBN_DBLCLK), reinterpret_cast<LPARAM>(control(d, kFiles)));
-             before_ok = list_rows(d, kChosen);
-             type(control(d, kName), "c.dat");
-             press(d, IDOK);
-             return true;
-         }},
-        [&] { return KELUTIL_MultiFile(nullptr, spec, 0, 1); });
+    const int32_t count = drive({[&](HWND d) {
+                                     const int a = row_of(d, kFiles, "a.dat");
+                                     const int b = row_of(d, kFiles, "b.dat");
+                                     if (a < 0 || b < 0) return false;
+                                     pick(d, kFiles, a);
+                                     pick(d, kFiles, b);
+                                     press(d, kAddFile);
+                                     // Added twice, then one taken out again.
+                                     press(d, kAddFile);
+                                     SendMessageA(control(d, kChosen), LB_SETSEL, FALSE, -1);
+                                     SendMessageA(control(d, kChosen), LB_SETSEL, TRUE, 3);
+                                     press(d, kRemove);
+                                     // To the other directory, as a user types it.
+                                     type(control(d, kName), (base_ / "two").string());
+                                     press(d, IDOK);
+                                     return true;
+                                 },
+                                 [&](HWND d) {
+                                     const int c = row_of(d, kFiles, "c.dat");
+                                     if (c < 0) return false;
+                                     SendMessageA(control(d, kFiles), LB_SETSEL, FALSE, -1);
+                                     SendMessageA(control(d, kFiles), LB_SETSEL, TRUE, c);
+                                     // A double click adds and leaves the dialog open.
+                                     SendMessageA(d, WM_COMMAND, MAKEWPARAM(kFiles, LBN_DBLCLK),
+                                                  reinterpret_cast<LPARAM>(control(d, kFiles)));
+                                     before_ok = list_rows(d, kChosen);
+                                     type(control(d, kName), "c.dat");
+                                     press(d, IDOK);
+                                     return true;
+                                 }},
+                                [&] { return KELUTIL_MultiFile(nullptr, spec, 0, 1); });
     const std::vector<std::string> expected{dir("one") + "a.dat", dir("one") + "b.dat", dir("one") + "a.dat",
                                             dir("two") + "c.dat"};
     ASSERT_EQ(before_ok.size(), expected.size());

@@ -21,7 +21,8 @@ using filedlg_test::Row;
 // The texts of a filter string apart by '|'.
 std::string filter_texts(const char* filter) {
     std::string texts;
-    for (const char* at = filter; at && *at; at += std::strlen(at) + 1) texts += (texts.empty() ? "" : "|") + std::string(at);
+    for (const char* at = filter; at && *at; at += std::strlen(at) + 1)
+        texts += (texts.empty() ? "" : "|") + std::string(at);
     return texts;
 }
 
