@@ -9,7 +9,9 @@
 //  - Work blocks are the library's own storage, so no dialog fails for
 //    want of memory at its start.
 //  - The proposed name of a save dialog is cut to fit the file buffer
-//    (386 characters) before it is fitted to the type.
+//    (386 characters) before it is fitted to the type; what the dialog is
+//    shown is then cut to the 265 characters the platform reads, keeping
+//    the extension.
 //  - The head of a file is read for its comment with read access only, so
 //    read-only files show theirs too.
 //  - A path longer than a row of the list (265 characters) is not added;
@@ -95,6 +97,11 @@ void PrepareMulti(char* spec, DialogView& view) noexcept;
 // (open) or the whole path (save).
 int32_t FinishOpen(const DialogChoice& choice, bool had_spec, uint32_t flags, char* name) noexcept;
 int32_t FinishSave(const DialogChoice& choice, bool had_spec, char* name) noexcept;
+
+// Cuts a name that the record's room (kRecordFileRoom with its zero) can't
+// hold, keeping its extension: the platform reads no further than that
+// room, and a name without its zero there would run on.
+void FitToRecord(std::span<char> file) noexcept;
 
 // Shows the platform's dialog on `view`; false when it was cancelled or
 // failed.  For the multiple-file dialog `choice` stays unread.

@@ -437,6 +437,7 @@ bool RunFileDialog(VL_HWND owner, DialogView& view, DialogChoice& choice) noexce
         record.lpstrFile = multi_names.data();
         record.nMaxFile = static_cast<DWORD>(multi_names.size());
     } else {
+        FitToRecord(view.file);
         record.lpstrFile = view.file.data();
         record.nMaxFile = kRecordFileRoom;
     }

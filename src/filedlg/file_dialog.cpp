@@ -200,6 +200,24 @@ void PrepareMulti(char* spec, DialogView& view) noexcept {
     view.template_id = kMultiTemplate;
 }
 
+void FitToRecord(std::span<char> file) noexcept {
+    if (file.empty()) return;
+    const std::size_t most = std::min<std::size_t>(kRecordFileRoom - 1, file.size() - 1);
+    const std::size_t length = strnlen(file.data(), file.size() - 1);
+    if (length <= most) {
+        file[length] = '\0';
+        return;
+    }
+    const char* const dot = std::strrchr(file.data(), '.');
+    const std::size_t ext = dot ? std::strlen(dot) : 0;
+    if (ext >= most) {
+        file[most] = '\0';
+        return;
+    }
+    std::memmove(file.data() + most - ext, file.data() + length - ext, ext);
+    file[most] = '\0';
+}
+
 namespace {
 
 // The chosen path split; false when its drive does not exist.

@@ -653,7 +653,8 @@ TEST_F(FileDialogs, ExplorerOpen) {
                                       pick(d, kTypes, 2);
                                       enabled_vlp = IsWindowEnabled(box);
                                       label_vlp = text_of(box);
-                                      pick(d, kTypes, 0);
+                                      // Open this one read-only.
+                                      press(d, kReadOnlyBox);
                                       press(d, kOption);
                                       return true;
                                   },
@@ -676,6 +677,95 @@ TEST_F(FileDialogs, ExplorerOpen) {
     EXPECT_EQ(label_vlp, "Open as read-only");
     ASSERT_EQ(g_host_calls.size(), 1u);
     EXPECT_EQ(g_host_calls[0].text, "worksheet -edit ascii");
+    EXPECT_EQ(read_options().dwReadOnly, 1u);
+    EXPECT_EQ(KELUTIL_Fdlog_Str(nullptr, 0, 18), 3);
+}
+
+// The Explorer-style export: the library's part holds the export options,
+// and the platform's read-only box is hidden.
+TEST_F(FileDialogs, ExplorerExport) {
+    VL_FILE_DIALOG_OPTIONS block{};
+    block.dwExportSection = 1;
+    std::strcpy(block.szSeparator, "\t");
+    KELUTIL_FileSaveAs(nullptr, reinterpret_cast<char*>(&block), nullptr, 0x10);
+    char name[400] = {};
+    std::strcpy(name, (dir("two") + "TABLE").c_str());
+    char spec[] = "*.TXT";
+    bool read_only_shown = true, section = false;
+    std::string separator;
+    const int32_t result = drive({[&](HWND d) {
+                                     HWND const combo = control(d, 1003);
+                                     if (!combo) return false;
+                                     read_only_shown = IsWindowVisible(GetDlgItem(d, kReadOnlyBox));
+                                     section = SendMessageA(control(d, 1002), BM_GETCHECK, 0, 0) == BST_CHECKED;
+                                     separator = text_of(combo);
+                                     press(d, 1001);
+                                     pick(d, 1003, 2);
+                                     press_later(d, IDOK);
+                                     return true;
+                                 }},
+                                 [&] { return KELUTIL_FileSaveAs(nullptr, name, spec, 0x2080); });
+    EXPECT_EQ(result, 0);
+    EXPECT_FALSE(read_only_shown);
+    EXPECT_TRUE(section);
+    EXPECT_EQ(separator, "TAB");
+    // An export dialog gets no default extension, and its part of the
+    // dialog is no save template: the name stays as the user left it.
+    EXPECT_EQ(lower(name), lower(dir("two") + "TABLE"));
+    const VL_FILE_DIALOG_OPTIONS after = read_options();
+    EXPECT_EQ(after.dwIncludeHeader, 1u);
+    EXPECT_EQ(after.dwExportSection, 1u);
+    EXPECT_STREQ(after.szSeparator, " ");
+}
+
+// A proposed name longer than the dialog takes: it comes up with the name
+// cut to what the platform reads, its type kept, and a cancel leaves the
+// caller's text as it was.
+TEST_F(FileDialogs, SaveNameLongerThanBuffer) {
+    types({"Data *.DAT"});
+    preset(dir("one"));
+    std::string proposed(300, 'n');
+    std::vector<char> name(proposed.begin(), proposed.end());
+    name.resize(400, '\0');
+    std::string shown;
+    const int32_t result = drive({[&](HWND d) {
+                                     shown = text_of(control(d, kName));
+                                     press(d, IDCANCEL);
+                                     return true;
+                                 }},
+                                 [&] { return KELUTIL_FileSaveAs(nullptr, name.data(), nullptr, 0); });
+    EXPECT_EQ(result, 1);
+    EXPECT_EQ(std::string(name.data()), proposed);
+    EXPECT_EQ(shown, std::string(261, 'n') + ".DAT");
+}
+
+// The Files to Open list stops at its limit: Add File on a full list adds
+// nothing, and OK hands all of it to the host.
+TEST_F(FileDialogs, MultipleFilesListLimit) {
+    preset(dir("one"));
+    char spec[] = "*.DAT";
+    LRESULT after_add = 0;
+    const int32_t count = drive({[&](HWND d) {
+                                    const int a = row_of(d, kFiles, "a.dat");
+                                    if (a < 0) return false;
+                                    HWND const chosen = control(d, kChosen);
+                                    for (int i = 0; i < VL_FILE_LIST_ROWS; ++i) {
+                                        const std::string row = "C:\\F" + std::to_string(i);
+                                        SendMessageA(chosen, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(row.c_str()));
+                                    }
+                                    pick(d, kFiles, a);
+                                    press(d, kAddFile);
+                                    after_add = SendMessageA(chosen, LB_GETCOUNT, 0, 0);
+                                    type(control(d, kName), "a.dat");
+                                    press(d, IDOK);
+                                    return true;
+                                }},
+                                [&] { return KELUTIL_MultiFile(nullptr, spec, 0, 1); });
+    EXPECT_EQ(after_add, VL_FILE_LIST_ROWS);
+    EXPECT_EQ(count, VL_FILE_LIST_ROWS);
+    char last[300] = {};
+    KELUTIL_MultiFile(nullptr, last, VL_FILE_LIST_ROWS - 1, 2);
+    EXPECT_EQ(std::string(last), "C:\\F" + std::to_string(VL_FILE_LIST_ROWS - 1));
 }
 
 // The Explorer-style save: the comment line's text comes back, and the

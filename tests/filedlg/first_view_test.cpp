@@ -139,4 +139,22 @@ TEST_F(FirstView, Title) {
     EXPECT_STREQ(szSaveTitle.data(), "Import data");
 }
 
+// What the dialog is shown fits the 265 characters the platform reads,
+// with the extension kept.
+TEST_F(FirstView, NameFitsTheRecord) {
+    struct Case {
+        std::string in, out;
+    };
+    const std::string n265(265, 'n'), n266(266, 'n');
+    for (const Case& c : {Case{n265, n265}, Case{n266, n265}, Case{n266 + ".TXT", std::string(261, 'n') + ".TXT"},
+                          Case{std::string(261, 'n') + ".TXT", std::string(261, 'n') + ".TXT"},
+                          Case{"A." + std::string(300, 'e'), "A." + std::string(263, 'e')}, Case{"", ""}}) {
+        SCOPED_TRACE(std::to_string(c.in.size()) + " characters");
+        std::array<char, kSaveFileRoom> file{};
+        c.in.copy(file.data(), file.size() - 1);
+        FitToRecord(file);
+        EXPECT_EQ(std::string(file.data()), c.out);
+    }
+}
+
 }  // namespace
