@@ -107,21 +107,18 @@ auto drive(std::vector<Step> steps, Show show, std::size_t optional = 0) {
 
 // ---- What a user does -------------------------------------------------------------
 
+BOOL CALLBACK find_control(HWND child, LPARAM p) {
+    auto* wanted = reinterpret_cast<std::pair<int, HWND>*>(p);
+    if (GetDlgCtrlID(child) != wanted->first) return TRUE;
+    wanted->second = child;
+    return FALSE;
+}
+
 HWND control(HWND dialog, int id) {
     if (HWND direct = GetDlgItem(dialog, id)) return direct;
     // The Explorer style: the library's controls stand in its child dialog.
     std::pair<int, HWND> wanted{id, nullptr};
-    EnumChildWindows(
-        dialog,
-        [](HWND child, LPARAM p) -> BOOL {
-            auto* w = reinterpret_cast<std::pair<int, HWND>*>(p);
-            if (GetDlgCtrlID(child) == w->first) {
-                w->second = child;
-                return FALSE;
-            }
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&wanted));
+    EnumChildWindows(dialog, find_control, reinterpret_cast<LPARAM>(&wanted));
     return wanted.second;
 }
 

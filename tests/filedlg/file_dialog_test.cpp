@@ -21,17 +21,13 @@ VL_LRESULT VLAPI counting_host(VL_HWND, VL_UINT, VL_WPARAM first, VL_LPARAM) {
 }
 
 #ifdef _WIN32
-void CALLBACK cancel_dialogs(HWND, UINT, UINT_PTR, DWORD) {
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM) -> BOOL {
-            char cls[16] = {};
-            GetClassNameA(window, cls, sizeof cls);
-            if (std::strcmp(cls, "#32770") == 0) PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
-            return TRUE;
-        },
-        0);
+BOOL CALLBACK cancel_one(HWND window, LPARAM) {
+    char cls[16] = {};
+    GetClassNameA(window, cls, sizeof cls);
+    if (std::strcmp(cls, "#32770") == 0) PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
+    return TRUE;
 }
+void CALLBACK cancel_dialogs(HWND, UINT, UINT_PTR, DWORD) { EnumThreadWindows(GetCurrentThreadId(), cancel_one, 0); }
 #endif
 
 // A preset lasts until a dialog ends: one that is cancelled at once (or,
