@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
 #include <commdlg.h>
 
 #include <filesystem>
@@ -676,6 +677,74 @@ TEST_F(FileDialogs, ExplorerOpen) {
     EXPECT_EQ(g_host_calls[0].text, "worksheet -edit ascii");
     EXPECT_EQ(read_options().dwReadOnly, 1u);
     EXPECT_EQ(KELUTIL_Fdlog_Str(nullptr, 0, 18), 3);
+}
+
+BOOL CALLBACK find_list_view(HWND child, LPARAM found) {
+    char cls[32] = {};
+    GetClassNameA(child, cls, sizeof cls);
+    if (std::strcmp(cls, "SysListView32") != 0) return TRUE;
+    *reinterpret_cast<HWND*>(found) = child;
+    return FALSE;
+}
+
+// Selects the row of the platform's file view whose text begins with
+// `name`, as a click does; false while the view has no such row yet.
+bool select_in_view(HWND dialog, const std::string& name) {
+    HWND view = nullptr;
+    EnumChildWindows(dialog, find_list_view, reinterpret_cast<LPARAM>(&view));
+    if (!view) return false;
+    const int count = static_cast<int>(SendMessageA(view, LVM_GETITEMCOUNT, 0, 0));
+    for (int i = 0; i < count; ++i) {
+        char text[MAX_PATH] = {};
+        LVITEMA item{};
+        item.iSubItem = 0;
+        item.pszText = text;
+        item.cchTextMax = sizeof text;
+        SendMessageA(view, LVM_GETITEMTEXTA, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
+        if (lower(text).rfind(name, 0) != 0) continue;
+        LVITEMA state{};
+        state.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+        state.state = LVIS_SELECTED | LVIS_FOCUSED;
+        SendMessageA(view, LVM_SETITEMSTATE, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&state));
+        return true;
+    }
+    return false;
+}
+
+// The Explorer-style open dialog: its Comments line starts closed, Show
+// Info opens it, and a file picked in the platform's view shows its
+// comment.
+TEST_F(FileDialogs, ExplorerShowInfo) {
+    types({"Data *.DAT"});
+    preset(dir("one"));
+    char name[300] = {};
+    int closed = 0, opened = 0;
+    bool box_checked = true;
+    std::string comment;
+    auto height = [](HWND w) {
+        RECT r{};
+        GetWindowRect(w, &r);
+        return static_cast<int>(r.bottom - r.top);
+    };
+    drive({[&](HWND d) {
+               if (!control(d, kShowInfo)) return false;
+               closed = height(d);
+               box_checked = SendMessageA(control(d, kShowInfo), BM_GETCHECK, 0, 0) == BST_CHECKED;
+               press(d, kShowInfo);
+               opened = height(d);
+               return true;
+           },
+           [&](HWND d) { return select_in_view(d, "a"); },
+           [&](HWND d) {
+               comment = text_of(control(d, kComment));
+               if (comment.empty()) return false;
+               press_later(d, IDCANCEL);
+               return true;
+           }},
+          [&] { return KELUTIL_FileDialog(nullptr, name, nullptr, 0x2000); });
+    EXPECT_FALSE(box_checked);
+    EXPECT_GT(opened, closed);
+    EXPECT_EQ(comment, "first comment");
 }
 
 // The Explorer-style export: the library's part holds the export options,
