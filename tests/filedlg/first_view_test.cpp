@@ -2,6 +2,7 @@
 // comes up: types, the row shown, directory, name, default extension,
 // template and the record's flags.
 
+#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -155,6 +156,68 @@ TEST_F(FirstView, NameFitsTheRecord) {
         FitToRecord(file);
         EXPECT_EQ(std::string(file.data()), c.out);
     }
+}
+
+// What a dialog that ended well leaves for the next one: the chosen
+// directory, the type row, the registry row of the extension (only without
+// a spec), the read-only state; a drive that does not exist fails it.
+TEST_F(FirstView, WhatAChoiceLeaves) {
+    struct Case {
+        const char* label;
+        bool save;
+        const char* path;
+        int32_t index;
+        bool read_only;
+        bool spec;
+        int32_t result;
+        const char* name;     // what the host's buffer holds afterwards
+        const char* current;  // szCurrentDir
+        const char* last;     // szLastExt
+        int32_t rows;         // registry rows
+        bool windows_only;    // needs drive C:
+    };
+    const Case cases[] = {
+        {"open, missing drive", false, "Q:\\DIR\\A.DAT", 2, true, false, 1, "before", "C:\\OLD\\", "TXT", 0, false},
+        {"save, missing drive", true, "Q:\\DIR\\A.DAT", 2, false, false, 1, "before", "C:\\OLD\\", "TXT", 0, false},
+        {"open", false, "C:\\A.DAT", 2, true, false, 0, "A.DAT", "C:\\", "DAT", 1, true},
+        {"open with a spec", false, "C:\\A.DAT", 1, false, true, 0, "A.DAT", "C:\\", "TXT", 0, true},
+        {"save", true, "C:\\B.CSV", 3, false, false, 0, "C:\\B.CSV", "C:\\", "CSV", 1, true},
+        {"long extension", true, "C:\\B.DATA", 3, false, false, 0, "C:\\B.DATA", "C:\\", "TXT", 0, true},
+    };
+    // A good open moves the working directory; the test puts it back.
+    const std::filesystem::path working = std::filesystem::current_path();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+#ifndef _WIN32
+        if (c.windows_only) continue;
+#endif
+        reset();
+        set(szCurrentDir, "C:\\OLD\\");
+        set(szLastExt, "TXT");
+        KELUTIL_Fdlog_Str(nullptr, 1, 17);
+        DialogChoice choice;
+        std::strcpy(choice.path.data(), c.path);
+        choice.filter_index = c.index;
+        choice.read_only = c.read_only;
+        char name[300] = "before";
+        const int32_t result = c.save ? FinishSave(choice, c.spec, name) : FinishOpen(choice, c.spec, 0, name);
+        EXPECT_EQ(result, c.result);
+        EXPECT_STREQ(name, c.name);
+        EXPECT_STREQ(szCurrentDir.data(), c.current);
+        EXPECT_STREQ(szLastExt.data(), c.last);
+        EXPECT_EQ(KELUTIL_PathControl(4, nullptr, nullptr, 0), c.rows);
+        EXPECT_EQ(KELUTIL_Fdlog_Str(nullptr, 0, 18), c.result == 0 ? c.index : 1);
+        if (!c.save) {
+            EXPECT_EQ(FileDialogOptions.dwReadOnly, c.read_only ? 1u : 0u);
+        }
+        if (c.rows == 1) {
+            char dir[kPathRoom] = {}, key[8] = {};
+            EXPECT_EQ(KELUTIL_PathControl(5, dir, key, 0), c.index);
+            EXPECT_STREQ(dir, c.current);
+            EXPECT_STREQ(key, c.last);
+        }
+    }
+    std::filesystem::current_path(working);
 }
 
 }  // namespace
