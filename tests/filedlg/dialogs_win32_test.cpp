@@ -805,6 +805,45 @@ TEST_F(FileDialogs, SaveNameLongerThanBuffer) {
     EXPECT_EQ(shown, std::string(261, 'n') + ".DAT");
 }
 
+// OK with an empty Files to Open list: no rows, and the old list is gone.
+TEST_F(FileDialogs, MultipleFilesOkWithEmptyList) {
+    char old[] = "OLD\r";
+    KELUTIL_MultiFile(nullptr, old, 1, 3);
+    preset(dir("one"));
+    char spec[] = "*.DAT";
+    const int32_t count = drive({[&](HWND d) {
+                                    type(control(d, kName), "a.dat");
+                                    press(d, IDOK);
+                                    return true;
+                                }},
+                                [&] { return KELUTIL_MultiFile(nullptr, spec, 0, 1); });
+    EXPECT_EQ(count, 0);
+    char row[300] = {};
+    KELUTIL_MultiFile(nullptr, row, 0, 2);
+    EXPECT_STREQ(row, "error");
+}
+
+// A separator outside the table selects nothing and stays until the user
+// chooses one.
+TEST_F(FileDialogs, ExportSeparatorOutsideTheTable) {
+    VL_FILE_DIALOG_OPTIONS block{};
+    std::strcpy(block.szSeparator, ";");
+    KELUTIL_FileSaveAs(nullptr, reinterpret_cast<char*>(&block), nullptr, 0x10);
+    char name[400] = {};
+    std::strcpy(name, (dir("one") + "OUT").c_str());
+    char spec[] = "*.CSV";
+    LRESULT selection = 0;
+    const int32_t result = drive({[&](HWND d) {
+                                     selection = SendMessageA(control(d, 1003), CB_GETCURSEL, 0, 0);
+                                     press(d, IDOK);
+                                     return true;
+                                 }},
+                                 [&] { return KELUTIL_FileSaveAs(nullptr, name, spec, 0x80); });
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(selection, CB_ERR);
+    EXPECT_STREQ(read_options().szSeparator, ";");
+}
+
 // The Files to Open list stops at its limit: Add File on a full list adds
 // nothing, and OK hands all of it to the host.
 TEST_F(FileDialogs, MultipleFilesListLimit) {
