@@ -5,7 +5,7 @@
 // dialog (natively there is none, and it answers "failed").
 //
 // Choices of this library where the dialogs leave one open:
-//  - A `spec` that is empty counts as none: the types come from the table.
+//  - An empty pattern list counts as none: the types come from the table.
 //  - Work blocks are the library's own storage, so no dialog fails for
 //    want of memory at its start.
 //  - The proposed name of a save dialog is cut to fit the file buffer

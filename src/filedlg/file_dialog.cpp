@@ -58,7 +58,7 @@ int32_t preset(const char* name, const char* spec) noexcept {
     return KELUTIL_PathControl(kFind, szCurrentDir.data(), szLastExt.data(), 0) < 0 ? 1 : 0;
 }
 
-// A spec's extension behind its first dot becomes the extension of row 1.
+// The extension behind the pattern list's first dot becomes row 1's.
 void spec_to_first_row(char* spec) noexcept {
     if (char* dot = std::strchr(spec, '.')) KELUTIL_Fdlog_Str(dot, 1, kSetExtension);
 }

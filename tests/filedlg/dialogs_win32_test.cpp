@@ -349,7 +349,7 @@ TEST_F(FileDialogs, OpenFileHandleAndCancel) {
     char line[64] = {};
     EXPECT_STREQ(KELUTIL_fgets(line, sizeof line, handle), "#from two\n");
     CloseHandle(reinterpret_cast<HANDLE>(static_cast<intptr_t>(handle)));
-    // With a spec nothing is remembered for the extension.
+    // With a pattern list nothing is remembered for the extension.
     EXPECT_EQ(KELUTIL_PathControl(4, nullptr, nullptr, 0), 0);
 
     char kept[300] = "KEPT";
@@ -588,7 +588,7 @@ TEST_F(FileDialogs, ExportOptions) {
     block.dwIncludeHeader = 1;
     std::strcpy(block.szSeparator, ",\t");
     KELUTIL_FileSaveAs(nullptr, reinterpret_cast<char*>(&block), nullptr, 0x10);
-    // With a spec the name's own directory is where the dialog opens.
+    // With a pattern list the name's own directory is where the dialog opens.
     char name[400] = {};
     std::strcpy(name, (dir("one") + "OUT").c_str());
     char spec[] = "*.CSV";

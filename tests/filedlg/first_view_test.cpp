@@ -96,8 +96,8 @@ TEST_F(FirstView, EachRowOfTheTable) {
     });
 }
 
-// A spec's extension becomes row 1's, cut to four characters with its dot,
-// and the spec itself keeps only three behind it.
+// The pattern list's extension becomes row 1's, cut to four characters
+// with its dot, and the list itself keeps only three behind it.
 TEST_F(FirstView, SpecWritesRowOneAndIsCut) {
     char spec[] = "*.LONGER *.TXT";
     DialogView view;
@@ -160,7 +160,7 @@ TEST_F(FirstView, NameFitsTheRecord) {
 
 // What a dialog that ended well leaves for the next one: the chosen
 // directory, the type row, the registry row of the extension (only without
-// a spec), the read-only state; a drive that does not exist fails it.
+// a pattern list), the read-only state; a drive that does not exist fails it.
 TEST_F(FirstView, WhatAChoiceLeaves) {
     struct Case {
         const char* label;
@@ -180,7 +180,7 @@ TEST_F(FirstView, WhatAChoiceLeaves) {
         {"open, missing drive", false, "Q:\\DIR\\A.DAT", 2, true, false, 1, "before", "C:\\OLD\\", "TXT", 0, false},
         {"save, missing drive", true, "Q:\\DIR\\A.DAT", 2, false, false, 1, "before", "C:\\OLD\\", "TXT", 0, false},
         {"open", false, "C:\\A.DAT", 2, true, false, 0, "A.DAT", "C:\\", "DAT", 1, true},
-        {"open with a spec", false, "C:\\A.DAT", 1, false, true, 0, "A.DAT", "C:\\", "TXT", 0, true},
+        {"open with patterns", false, "C:\\A.DAT", 1, false, true, 0, "A.DAT", "C:\\", "TXT", 0, true},
         {"save", true, "C:\\B.CSV", 3, false, false, 0, "C:\\B.CSV", "C:\\", "CSV", 1, true},
         {"long extension", true, "C:\\B.DATA", 3, false, false, 0, "C:\\B.DATA", "C:\\", "TXT", 0, true},
     };
