@@ -83,6 +83,14 @@ if(WIN32)
 else()
   list(APPEND VLCORE_SOURCES src/platform/posix/paths.cpp)
 endif()
+# The open, save and multiple-file dialogs, their hooks and the list of
+# chosen files; natively the dialogs themselves fail at once.
+list(APPEND VLCORE_SOURCES src/filedlg/file_dialog.cpp src/filedlg/file_list.cpp src/filedlg/dialog_logic.cpp)
+if(WIN32)
+  list(APPEND VLCORE_SOURCES src/filedlg/dialogs_win32.cpp)
+else()
+  list(APPEND VLCORE_SOURCES src/filedlg/dialogs_posix.cpp)
+endif()
 # The colour table and palette; pens, brushes and palettes need the window
 # system and are made in the Windows half only.
 list(APPEND VLCORE_SOURCES src/colour/color_table.cpp src/colour/colour_state.cpp src/colour/palette.cpp
@@ -129,6 +137,10 @@ endif()
 
 if(WIN32)
   enable_language(RC)
+  # Dialog templates stand in resources/, included by the generated script.
+  string(APPEND CMAKE_RC_FLAGS " -I${PROJECT_SOURCE_DIR}/resources")
+  file(GLOB vlcore_rc_parts ${PROJECT_SOURCE_DIR}/resources/*.rc ${PROJECT_SOURCE_DIR}/resources/*.h)
+  set_source_files_properties(${VLCORE_GEN}/vlcore.rc PROPERTIES OBJECT_DEPENDS "${vlcore_rc_parts}")
 endif()
 
 add_library(vlcore_objects OBJECT ${VLCORE_SOURCES})

@@ -178,6 +178,9 @@ bool under_single_root(const char* path) noexcept;
 // CharPrevA: the start of the character in front of `current`, never
 // before `start`.
 const char* char_prev(const char* start, const char* current) noexcept;
+// _chdrive to the drive of `dir` (its letter, any case; none for a path
+// without one) and _chdir to `dir`; false when either fails.
+bool change_directory(const char* dir) noexcept;
 
 // ---- Module ---------------------------------------------------------------
 // The handle the library was loaded under (HINSTANCE on Windows, the base
