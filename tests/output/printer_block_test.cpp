@@ -222,6 +222,29 @@ TEST(PrinterBlock, OrientationAndCopiesFieldsOfTheLibraryBlock) {
     printer_block = saved;
 }
 
+TEST(PrinterBlock, DeviceNameCopiedOutFitsTheRoomOfAProfileLine) {
+    const PrinterBlock saved = printer_block;
+    const struct {
+        std::size_t device_length;
+        std::size_t copied;
+    } rows[] = {{0, 0}, {1, 1}, {238, 238}, {239, 239}, {240, 239}, {350, 239}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE("device name of " + std::to_string(row.device_length));
+        printer_block = PrinterBlock{};
+        const std::size_t driver_at = 8 + row.device_length + 1;
+        write_u16(printer_block.names + 0, static_cast<uint16_t>(driver_at));
+        write_u16(printer_block.names + 2, 8);
+        write_u16(printer_block.names + 4, static_cast<uint16_t>(driver_at + 1));
+        std::memset(printer_block.names + 8, 'd', row.device_length);
+        printer_block.wDevNamesSize = static_cast<uint16_t>(driver_at + 2);
+        vltest::Poisoned out(kProfileLineRoom + 8);
+        EXPECT_TRUE(block_field_operation(14, out.data()));
+        EXPECT_EQ(out.text(), std::string(row.copied, 'd'));
+        EXPECT_TRUE(out.clean_from(row.copied + 1));
+    }
+    printer_block = saved;
+}
+
 TEST(PrinterBlock, FollowsOnlyAChangedDefaultPrinter) {
 #ifdef _WIN32
     GTEST_SKIP() << "the system profile's printer is the machine's own here";
