@@ -33,6 +33,10 @@ fail() {
   exit 1
 }
 
+# As a fixture it must never stop the tests from running: any step that
+# fails leaves its verdict instead.
+[ -z "$state_file" ] || trap 'fail "a set-up step failed (line $LINENO)"' ERR
+
 command -v cupsd >/dev/null || fail "no cupsd: run tools/setup.sh (package cups)"
 command -v lpadmin >/dev/null || fail "no lpadmin: run tools/setup.sh (package cups-client)"
 [ -e /usr/lib/cups/backend/cups-pdf ] || fail "no PDF back end: run tools/setup.sh (package printer-driver-cups-pdf)"
