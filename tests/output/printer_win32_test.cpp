@@ -152,6 +152,49 @@ TEST(PrinterWin32, SameDefaultPrinterIsNotTakenAgain) {
     EXPECT_EQ(orientation(), 2);
 }
 
+// Puts the machine's default printer back, whatever the test did.
+class DefaultPrinterGuard {
+  public:
+    DefaultPrinterGuard() {
+        char name[256] = "";
+        DWORD size = sizeof name;
+        if (GetDefaultPrinterA(name, &size)) original_ = name;
+    }
+    ~DefaultPrinterGuard() {
+        if (!original_.empty()) SetDefaultPrinterA(original_.c_str());
+    }
+    const std::string& original() const { return original_; }
+
+  private:
+    std::string original_;
+};
+
+TEST(PrinterWin32, ChangedDefaultPrinterIsFollowed) {
+    REQUIRE_PRINTER();
+    DefaultPrinterGuard guard;
+    ASSERT_FALSE(guard.original().empty()) << "no default printer";
+    KELUTIL_PrinterDC(nullptr, kTakeDefault, nullptr);
+    ASSERT_EQ(library_device(), guard.original());
+    set_orientation(1);
+    // The second queue of tools/start-cups.sh becomes the default behind
+    // the library's back.
+    const char* other = guard.original() == "PDF2" ? "PDF" : "PDF2";
+    if (!SetDefaultPrinterA(other)) GTEST_SKIP() << "no printer " << other << " to switch to (tools/start-cups.sh)";
+    EXPECT_EQ(KELUTIL_PrinterDC(nullptr, kFollow, nullptr), nullptr);
+    EXPECT_EQ(library_device(), other);
+    EXPECT_EQ(orientation(), 2) << "the new default's device mode, landscape again";
+    // The block prints on the new default.
+    HDC dc = KELUTIL_PrinterDC(nullptr, kBlockDC, nullptr);
+    ASSERT_NE(dc, nullptr);
+    DeleteDC(dc);
+    // And back, now through KELUTIL_Main's settings change.
+    ASSERT_TRUE(SetDefaultPrinterA(guard.original().c_str()));
+    set_orientation(1);
+    EXPECT_EQ(KELUTIL_Main(nullptr, 0, 0, 2), 0u);
+    EXPECT_EQ(library_device(), guard.original());
+    EXPECT_EQ(orientation(), 2);
+}
+
 TEST(PrinterWin32, PrinterContextsForBlocksAndProfile) {
     REQUIRE_PRINTER();
     const struct {
