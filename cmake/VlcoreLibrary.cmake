@@ -105,6 +105,14 @@ list(APPEND VLCORE_SOURCES src/output/dib.cpp)
 if(WIN32)
   list(APPEND VLCORE_SOURCES src/output/dib_win32.cpp)
 endif()
+# The printer device and the status window: the block logic everywhere,
+# contexts and dialogs on Windows.
+list(APPEND VLCORE_SOURCES src/output/printer_block.cpp src/output/status_text.cpp)
+if(WIN32)
+  list(APPEND VLCORE_SOURCES src/output/printer_win32.cpp src/output/status_win32.cpp)
+else()
+  list(APPEND VLCORE_SOURCES src/output/printer_posix.cpp)
+endif()
 
 if(WIN32)
   list(APPEND VLCORE_SOURCES
@@ -156,8 +164,7 @@ else()
 endif()
 
 add_library(vlcore SHARED $<TARGET_OBJECTS:vlcore_objects>)
-target_include_directories(vlcore PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
-                                  PRIVATE ${PROJECT_SOURCE_DIR}/resources)
+target_include_directories(vlcore PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 add_dependencies(vlcore vlcore_generated)
 if(WIN32)
   target_sources(vlcore PRIVATE ${VLCORE_GEN}/vlcore.rc)
