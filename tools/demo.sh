@@ -16,10 +16,7 @@ step() { printf '\n=== %s ===\n' "$*"; }
 step "native: the host runs $script"
 cmake --preset native >/dev/null
 cmake --build --preset native -j 2 --target vlcore_host vlcore_tool >/dev/null
-status=0
-build/native/vlcore_host --library build/native/libvlcore.so "$script" || status=$?
-# The script ends with two lines that fail on purpose (status 3).
-[ "$status" -eq 3 ] || { echo "host ended with status $status" >&2; exit 1; }
+build/native/vlcore_host --library build/native/libvlcore.so "$script"
 
 if [ -z "${DEMO_NATIVE_ONLY:-}" ]; then
   step "Windows: the script typed into the script window under Wine"
