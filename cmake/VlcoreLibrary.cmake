@@ -10,6 +10,7 @@ add_custom_command(
           -DRC_IN=${PROJECT_SOURCE_DIR}/resources/vlcore.rc.in -DRC_OUT=${VLCORE_GEN}/vlcore.rc
           -DINC_OUT=${VLCORE_GEN}/string_table.inc -P ${PROJECT_SOURCE_DIR}/cmake/GenerateResources.cmake
   DEPENDS ${PROJECT_SOURCE_DIR}/resources/strings.tsv ${PROJECT_SOURCE_DIR}/resources/vlcore.rc.in
+          ${PROJECT_SOURCE_DIR}/resources/script.rc ${PROJECT_SOURCE_DIR}/resources/script_ids.h
           ${PROJECT_SOURCE_DIR}/cmake/GenerateResources.cmake
   COMMENT "Generating the string table")
 
@@ -92,6 +93,8 @@ if(WIN32)
 else()
   list(APPEND VLCORE_SOURCES src/colour/gdi_posix.cpp)
 endif()
+# The script window's decisions that need no window system.
+list(APPEND VLCORE_SOURCES src/script/script_logic.cpp)
 # Device-independent bitmaps: the platform-free DIB arithmetic.
 list(APPEND VLCORE_SOURCES src/output/dib.cpp)
 if(WIN32)
@@ -112,6 +115,9 @@ if(WIN32)
     src/platform/win32/system.cpp
     src/platform/win32/text.cpp
     src/script/window_class.cpp)
+  # The script window: its procedure, the Enter key, files and printing.
+  list(APPEND VLCORE_SOURCES src/script/script_window_win32.cpp src/script/script_edit_win32.cpp
+    src/script/script_file_win32.cpp src/script/script_print_win32.cpp)
 else()
   list(APPEND VLCORE_SOURCES
     src/platform/posix/bessel.cpp
@@ -146,6 +152,8 @@ target_include_directories(vlcore PUBLIC include)
 add_dependencies(vlcore vlcore_generated)
 if(WIN32)
   target_sources(vlcore PRIVATE ${VLCORE_GEN}/vlcore.rc)
+  # The resource script includes the menus and dialogs kept in resources/.
+  target_include_directories(vlcore PRIVATE ${PROJECT_SOURCE_DIR}/resources)
   set_target_properties(vlcore PROPERTIES OUTPUT_NAME VLCORE PREFIX "")
   # One self-contained DLL: the host ships no compiler runtime.
   target_link_options(vlcore PRIVATE -static -static-libgcc -static-libstdc++)
