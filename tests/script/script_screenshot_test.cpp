@@ -69,6 +69,7 @@ TEST_F(ScriptWindowTest, ScreenshotOfAFewLinesRun) {
         KelText(nullptr, reinterpret_cast<intptr_t>(window_), reinterpret_cast<intptr_t>(echo.c_str()), 14);
     };
     MoveWindow(window_, 40, 40, 360, 240, TRUE);
+    ShowWindow(window_, SW_SHOW);
     SetForegroundWindow(window_);
     type("a=1\r");
     type("b=a*2\r");

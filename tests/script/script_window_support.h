@@ -69,19 +69,38 @@ struct BoxAnswers {
 inline BoxAnswers* box_answers = nullptr;
 inline HHOOK box_hook = nullptr;
 
+// Reads the box once its dialog stands, and answers it.
+inline void CALLBACK box_timer(HWND dialog, UINT, UINT_PTR id, DWORD) {
+    KillTimer(dialog, id);
+    if (!box_answers) return;
+    char caption[200] = {}, text[400] = {};
+    GetWindowTextA(dialog, caption, sizeof caption);
+    // The message is the box's one static text.
+    EnumChildWindows(
+        dialog,
+        [](HWND child, LPARAM out) -> BOOL {
+            char kind[16] = {};
+            GetClassNameA(child, kind, sizeof kind);
+            if (lstrcmpiA(kind, "Static") == 0 && GetWindowTextLengthA(child) > 0) {
+                GetWindowTextA(child, reinterpret_cast<char*>(out), 400);
+                return FALSE;
+            }
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(text));
+    const bool question = GetDlgItem(dialog, IDYES) != nullptr;
+    box_answers->seen.push_back({caption, text, question});
+    PostMessageA(dialog, WM_COMMAND, question ? box_answers->yes_no : IDOK, 0);
+}
+
 inline LRESULT CALLBACK box_cbt(int code, WPARAM first, LPARAM second) {
     if (code == HCBT_ACTIVATE && box_answers) {
         const auto dialog = reinterpret_cast<HWND>(first);
         char cls[32] = {};
         GetClassNameA(dialog, cls, sizeof cls);
-        if (std::string(cls) == "#32770") {
-            char caption[200] = {}, text[400] = {};
-            GetWindowTextA(dialog, caption, sizeof caption);
-            GetDlgItemTextA(dialog, 0xFFFF, text, sizeof text);
-            const bool question = GetDlgItem(dialog, IDYES) != nullptr;
-            box_answers->seen.push_back({caption, text, question});
-            PostMessageA(dialog, WM_COMMAND, question ? box_answers->yes_no : IDOK, 0);
-        }
+        // The box may be activated before its text is in: it is read from
+        // the box's own message loop.
+        if (std::string(cls) == "#32770") SetTimer(dialog, 0xB0C5, 1, box_timer);
     }
     return CallNextHookEx(box_hook, code, first, second);
 }
@@ -123,7 +142,8 @@ class ScriptWindowTest : public ::testing::Test {
         ASSERT_NE(window_, nullptr);
         edit_ = GetDlgItem(window_, 4);
         ASSERT_NE(edit_, nullptr);
-        ShowWindow(window_, SW_SHOW);
+        // Shown only where a test looks at the screen: every window shown and
+        // hidden again costs the X server's round trips.
         SetFocus(edit_);
         pump();
     }

@@ -12,6 +12,7 @@
 //   vlcore date VALUE [FORMAT]        a date value printed by a date format
 //   vlcore parsedate TEXT [FORMAT]    a date read from text, and printed back
 //   vlcore time VALUE [FORMAT]        the time in a value printed by a time format
+//   vlcore console [SCRIPT]           the script window (Windows build)
 
 #include <cctype>
 #include <cinttypes>
@@ -22,6 +23,10 @@
 #include <vector>
 
 #include "vlcore.h"
+
+#ifdef _WIN32
+int cmd_console(int argc, char** argv);
+#endif
 
 namespace {
 
@@ -55,7 +60,12 @@ int usage(const char* why = nullptr) {
         "                 print its value and the date read back by the same format\n"
         "  time VALUE [FORMAT]\n"
         "                 print the time of day in VALUE (or a length in days) by a time format,\n"
-        "                 0 to 12; without FORMAT all of them\n",
+        "                 0 to 12; without FORMAT all of them\n"
+#ifdef _WIN32
+        "  console [SCRIPT]\n"
+        "                 open the script window; each line run comes back with its tokens\n"
+#endif
+        ,
         stderr);
     return kUsageError;
 }
@@ -371,5 +381,8 @@ int main(int argc, char** argv) {
     if (cmd == "names") return cmd_names(argc, argv);
     if (cmd == "parsedate") return cmd_parsedate(argc, argv);
     if (cmd == "date" || cmd == "time") return cmd_date_time(argc, argv, cmd == "date");
+#ifdef _WIN32
+    if (cmd == "console") return cmd_console(argc, argv);
+#endif
     return usage(("unknown command '" + std::string(cmd) + "'").c_str());
 }
