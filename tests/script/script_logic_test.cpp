@@ -85,7 +85,7 @@ TEST(ScriptTabs, FactorAndStops) {
 }
 
 TEST(ScriptFiles, ReadSize) {
-    for (const auto [size, read] : {std::pair<uint32_t, uint32_t>{0, 32000}, {9, 32000}, {10, 10}, {32767, 32767}})
+    for (const auto& [size, read] : {std::pair<uint32_t, uint32_t>{0, 32000}, {9, 32000}, {10, 10}, {32767, 32767}})
         EXPECT_EQ(open_read_size(size), read) << size;
 }
 
@@ -110,7 +110,9 @@ TEST(ScriptFiles, TextOfTheWindowAndBack) {
         EXPECT_EQ(text.text, r.edit);
         EXPECT_EQ(text.lf_only, r.lf_only);
         // Every file without a zero byte comes back as it was.
-        if (r.file.find('\0') == std::string::npos) EXPECT_EQ(file_text_from_edit(text.text, text.lf_only), r.file);
+        if (r.file.find('\0') == std::string::npos) {
+            EXPECT_EQ(file_text_from_edit(text.text, text.lf_only), r.file);
+        }
     }
     // Lines typed into a window whose file had line feeds alone.
     EXPECT_EQ(file_text_from_edit("a\r\nb\r\nc", true), "a\nb\nc");
@@ -126,7 +128,7 @@ TEST(ScriptPrinting, LinesAreCutAt128) {
 }
 
 TEST(ScriptPrinting, TwelvePointFont) {
-    for (const auto [dpi, height] :
+    for (const auto& [dpi, height] :
          {std::pair{72, 12}, {96, 16}, {150, 25}, {200, 33}, {300, 50}, {600, 100}, {0, 0}})
         EXPECT_EQ(print_font_height(dpi), height) << dpi;
 }

@@ -67,6 +67,28 @@ TEST_F(ScriptWindowTest, ASessionOfTypedLines) {
     log_.during = nullptr;
 }
 
+// The key-down posted as the keyboard would; the system's own translation
+// queues the character 13 behind it.
+TEST_F(ScriptWindowTest, EnterThroughTheMessageLoop) {
+    set_text("x=1");
+    PostMessageA(edit_, WM_KEYDOWN, VK_RETURN, 0x001C0001);
+    pump();
+    ASSERT_EQ(log_.executed.size(), 1u);
+    EXPECT_EQ(log_.executed[0], "x=1");
+    EXPECT_EQ(text(), "x=1;\r\n");
+    EXPECT_EQ(selection(), std::make_pair(6, 6));
+}
+
+TEST_F(ScriptWindowTest, EndOfSessionAsksToo) {
+    type("x");
+    boxes_.yes_no = IDNO;
+    EXPECT_NE(SendMessageA(window_, WM_QUERYENDSESSION, 0, 0), 0);
+    ASSERT_EQ(boxes_.seen.size(), 1u);
+    EXPECT_EQ(boxes_.seen[0].text, "Save Changes? ");
+    EXPECT_EQ(word(kPosModified), 0);
+    EXPECT_TRUE(IsWindow(window_));
+}
+
 TEST_F(ScriptWindowTest, HostGetsTheOwnerWindow) {
     type("x\r");
     ASSERT_FALSE(log_.windows.empty());
