@@ -71,6 +71,18 @@ constexpr uint16_t kDefaultTabChars = 15;
 constexpr uint16_t kDefaultLeftMargin = 0;
 constexpr uint16_t kDefaultTopMargin = 75;
 
+// Window styles: the script window (popup, caption, system menu, sizing
+// frame; hidden) and its edit control (child, visible, border, both scroll
+// bars, multi-line, scrolling by itself both ways).
+constexpr uint32_t kScriptWindowStyle = 0x80CC0000;
+constexpr uint32_t kEditStyle = 0x50B000C4;
+
+// Messages of the window's own, fixed texts.
+inline constexpr char kOutOfMemoryText[] = "Out of local memory";
+inline constexpr char kPrintAbortedText[] = "Printing is aborted";
+inline constexpr char kPrintJobFailedText[] = "Unable to start print job";
+inline constexpr char kPrintDocumentName[] = "Vorlan Script Window";
+
 // The text that marks a failed command.
 inline constexpr std::string_view kCommandError = "#Command Error!\r\n";
 
@@ -169,8 +181,8 @@ struct PageLayout {
     int32_t tab_distance;    // tmAveCharWidth x wTabChars
     int32_t lines_per_page;  // VERTRES / line height - 1, at least 1
 };
-PageLayout page_layout(int32_t tm_height, int32_t tm_external_leading, int32_t tm_ave_char_width,
-                       uint16_t tab_chars, int32_t vertres) noexcept;
+PageLayout page_layout(int32_t tm_height, int32_t tm_external_leading, int32_t tm_ave_char_width, uint16_t tab_chars,
+                       int32_t vertres) noexcept;
 
 // Where each line goes: place 1 is the first line position of a page
 // (position 0 stays blank); after a page's last line a new page begins.

@@ -159,8 +159,8 @@ int32_t print_font_height(int32_t pixels_per_inch) noexcept {
     return static_cast<int32_t>(pixels_per_inch * 12 * 0.013888888888888888);
 }
 
-PageLayout page_layout(int32_t tm_height, int32_t tm_external_leading, int32_t tm_ave_char_width,
-                       uint16_t tab_chars, int32_t vertres) noexcept {
+PageLayout page_layout(int32_t tm_height, int32_t tm_external_leading, int32_t tm_ave_char_width, uint16_t tab_chars,
+                       int32_t vertres) noexcept {
     PageLayout layout{};
     layout.line_height = std::max(1, tm_height + tm_external_leading);
     layout.tab_distance = tm_ave_char_width * tab_chars;

@@ -18,8 +18,8 @@ using PrinterDcEntry = HDC(WINAPI*)(HWND, uint32_t, void*);
 
 HDC ScriptPrinterDC(int dialog) {
     const auto module = reinterpret_cast<HMODULE>(platform::module_handle());
-    const auto entry = reinterpret_cast<PrinterDcEntry>(
-        reinterpret_cast<void (*)()>(GetProcAddress(module, "KELUTIL_PrinterDC")));
+    const auto entry =
+        reinterpret_cast<PrinterDcEntry>(reinterpret_cast<void (*)()>(GetProcAddress(module, "KELUTIL_PrinterDC")));
     if (!entry) return nullptr;
     return entry(nullptr, (dialog & 1) ? kPrinterDcDialog : kPrinterDcCurrent, nullptr);
 }
@@ -42,7 +42,8 @@ int print_lines(HDC dc, HWND window, HWND edit) {
         char buffer[kPrintLineRoom + 1] = {};
         *reinterpret_cast<WORD*>(buffer) = static_cast<WORD>(kPrintLineRoom);
         const auto got = static_cast<int>(SendMessageA(edit, EM_GETLINE, line, reinterpret_cast<LPARAM>(buffer)));
-        const std::string_view text = printed_line(std::string_view(buffer, got > 0 ? static_cast<std::size_t>(got) : 0));
+        const std::string_view text =
+            printed_line(std::string_view(buffer, got > 0 ? static_cast<std::size_t>(got) : 0));
         TabbedTextOutA(dc, 0, placer.y(layout.line_height), text.data(), static_cast<int>(text.size()), 1, &tab, 0);
         if (placer.advance()) {
             result = EndPage(dc);
@@ -62,13 +63,13 @@ void ScriptPrint(HWND window, int dialog) {
     const HCURSOR old_cursor = SetCursor(wait);
     const HDC dc = ScriptPrinterDC(dialog);
     if (!dc) {
-        MessageBoxA(window, "Printing is aborted", nullptr, MB_ICONHAND);
+        MessageBoxA(window, kPrintAbortedText, nullptr, MB_ICONHAND);
         SetCursor(old_cursor);
         return;
     }
     DOCINFOA doc{};
     doc.cbSize = sizeof doc;
-    doc.lpszDocName = "Vorlan Script Window";
+    doc.lpszDocName = kPrintDocumentName;
     bool started = StartDocA(dc, &doc) > 0;
     if (started && StartPage(dc) <= 0) {
         EndDoc(dc);
@@ -92,7 +93,7 @@ void ScriptPrint(HWND window, int dialog) {
             EndDoc(dc);
         }
     } else {
-        MessageBoxA(window, "Unable to start print job", nullptr, MB_ICONHAND);
+        MessageBoxA(window, kPrintJobFailedText, nullptr, MB_ICONHAND);
     }
     DeleteDC(dc);
     SetCursor(old_cursor);

@@ -58,7 +58,7 @@ void set_tab_stop(HWND edit, int32_t stop) {
 void ScriptCreateEdit(HWND window) {
     RECT client{};
     GetClientRect(window, &client);
-    const HWND edit = CreateWindowExA(0, "Edit", nullptr, 0x50B000C4, 0, 0, client.right, client.bottom, window,
+    const HWND edit = CreateWindowExA(0, "Edit", nullptr, kEditStyle, 0, 0, client.right, client.bottom, window,
                                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(kEditId)),
                                       reinterpret_cast<HINSTANCE>(platform::module_handle()), nullptr);
     if (!edit) return;
@@ -75,9 +75,9 @@ namespace {
 HWND create_window(HWND owner, intptr_t value, intptr_t text) {
     script_state.bScriptFont = static_cast<uint8_t>(value);
     platform::load_string(kStrTitle, script_state.szScriptTitle);
-    const HWND window = CreateWindowExA(0, kScriptWindowClass, script_state.szScriptTitle, 0x80CC0000, 350, 250, 290,
-                                        220, owner, nullptr, reinterpret_cast<HINSTANCE>(platform::module_handle()),
-                                        nullptr);
+    const HWND window =
+        CreateWindowExA(0, kScriptWindowClass, script_state.szScriptTitle, kScriptWindowStyle, 350, 250, 290, 220,
+                        owner, nullptr, reinterpret_cast<HINSTANCE>(platform::module_handle()), nullptr);
     if (!window) return nullptr;
     set_record_pointer(window, kFileName, 0);
     set_record_word(window, kExecute, 1);
@@ -95,7 +95,9 @@ void run_setting(HWND window, const char* text) {
         case SettingKind::kLeftMargin:
             set_record_word(window, kLeftMargin, static_cast<uint16_t>(setting.number));
             return;
-        case SettingKind::kTopMargin: set_record_word(window, kTopMargin, static_cast<uint16_t>(setting.number)); return;
+        case SettingKind::kTopMargin:
+            set_record_word(window, kTopMargin, static_cast<uint16_t>(setting.number));
+            return;
         case SettingKind::kNew: ScriptFileCommand(window, nullptr, kCmdNew); return;
         case SettingKind::kOpen: ScriptFileCommand(window, setting.text.c_str(), kCmdOpen); return;
         case SettingKind::kPrintDialog: ScriptPrint(window, 1); return;
@@ -132,7 +134,7 @@ void ScriptEditCommand(HWND window, HWND edit, WPARAM first) {
             if (HIWORD(first) == EN_CHANGE) {
                 set_record_word(window, kModified, 1);
             } else if (HIWORD(first) == EN_ERRSPACE) {
-                MessageBoxA(edit, "Out of local memory", nullptr, MB_SYSTEMMODAL | MB_ICONHAND);
+                MessageBoxA(edit, kOutOfMemoryText, nullptr, MB_SYSTEMMODAL | MB_ICONHAND);
                 ScriptSetText(edit, nullptr);
             }
             return;

@@ -18,8 +18,7 @@ TEST(ScriptEnter, EveryRowOfTheLineTable) {
         {"run", EnterAction::kRunLine}, {"break", EnterAction::kLineBreak}, {"selection", EnterAction::kRunSelection}};
     vltest::for_each_row("script/current_line.tsv", [&](const vltest::DataRow& row) {
         const std::string text = field(row[0]);
-        const CurrentLine line =
-            current_line(text, static_cast<uint16_t>(row.n(1)), static_cast<uint16_t>(row.n(2)));
+        const CurrentLine line = current_line(text, static_cast<uint16_t>(row.n(1)), static_cast<uint16_t>(row.n(2)));
         EXPECT_EQ(line.command, field(row[3]));
         EXPECT_EQ(line.last, row.n(4));
         EXPECT_EQ(line.selection, row.n(5) != 0);
@@ -36,13 +35,18 @@ TEST(ScriptEnter, OnlyTheSixCharactersHoldALineOpen) {
 }
 
 TEST(ScriptSettings, EveryRowOfTheSettingsTable) {
-    const std::map<std::string, SettingKind> kinds = {
-        {"none", SettingKind::kNone},          {"execute", SettingKind::kExecute},
-        {"left", SettingKind::kLeftMargin},    {"top", SettingKind::kTopMargin},
-        {"new", SettingKind::kNew},            {"open", SettingKind::kOpen},
-        {"dialog", SettingKind::kPrintDialog}, {"current", SettingKind::kPrintCurrent},
-        {"save", SettingKind::kSave},          {"columns", SettingKind::kTabColumns},
-        {"units", SettingKind::kTabUnits},     {"caption", SettingKind::kCaption}};
+    const std::map<std::string, SettingKind> kinds = {{"none", SettingKind::kNone},
+                                                      {"execute", SettingKind::kExecute},
+                                                      {"left", SettingKind::kLeftMargin},
+                                                      {"top", SettingKind::kTopMargin},
+                                                      {"new", SettingKind::kNew},
+                                                      {"open", SettingKind::kOpen},
+                                                      {"dialog", SettingKind::kPrintDialog},
+                                                      {"current", SettingKind::kPrintCurrent},
+                                                      {"save", SettingKind::kSave},
+                                                      {"columns", SettingKind::kTabColumns},
+                                                      {"units", SettingKind::kTabUnits},
+                                                      {"caption", SettingKind::kCaption}};
     vltest::for_each_row("script/settings.tsv", [&](const vltest::DataRow& row) {
         const std::string text = field(row[0]);
         const Setting setting = parse_setting(text.c_str());
@@ -128,8 +132,7 @@ TEST(ScriptPrinting, LinesAreCutAt128) {
 }
 
 TEST(ScriptPrinting, TwelvePointFont) {
-    for (const auto& [dpi, height] :
-         {std::pair{72, 12}, {96, 16}, {150, 25}, {200, 33}, {300, 50}, {600, 100}, {0, 0}})
+    for (const auto& [dpi, height] : {std::pair{72, 12}, {96, 16}, {150, 25}, {200, 33}, {300, 50}, {600, 100}, {0, 0}})
         EXPECT_EQ(print_font_height(dpi), height) << dpi;
 }
 

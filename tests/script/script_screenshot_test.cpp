@@ -91,7 +91,8 @@ TEST_F(ScriptWindowTest, ScreenshotOfAFewLinesRun) {
     // The screen shows the window once the X server has drawn it.
     Capture shot;
     for (int tries = 0; tries < 100; ++tries) {
-        RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        RedrawWindow(window_, nullptr, nullptr,
+                     RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
         pump();
         shot = capture(window);
         if (dark_pixels(shot, ey + 2, ey + 2 + line, ex + 2, ex + 60) > 0) break;

@@ -34,8 +34,8 @@ struct HostLog {
     std::vector<HWND> windows;          // the window each message came with
     int query_saves = 0;
     int closed = 0;
-    LRESULT answer = 0;        // to SWM_EXECUTE
-    LRESULT query_answer = 0;  // to SWM_QUERYSAVE
+    LRESULT answer = 0;                              // to SWM_EXECUTE
+    LRESULT query_answer = 0;                        // to SWM_QUERYSAVE
     std::function<void(const std::string&)> during;  // runs inside SWM_EXECUTE
 };
 inline HostLog* host_log = nullptr;
@@ -135,8 +135,8 @@ class ScriptWindowTest : public ::testing::Test {
     void SetUp() override {
         host_log = &log_;
         answerer_ = std::make_unique<BoxAnswerer>(boxes_);
-        owner_ = CreateWindowExA(0, "STATIC", "host", WS_OVERLAPPEDWINDOW, 10, 10, 200, 100, nullptr, nullptr,
-                                 nullptr, nullptr);
+        owner_ = CreateWindowExA(0, "STATIC", "host", WS_OVERLAPPEDWINDOW, 10, 10, 200, 100, nullptr, nullptr, nullptr,
+                                 nullptr);
         ASSERT_NE(owner_, nullptr);
         window_ = reinterpret_cast<HWND>(KelText(owner_, font(), reinterpret_cast<intptr_t>(&test_host), 1));
         ASSERT_NE(window_, nullptr);

@@ -211,10 +211,10 @@ TEST_F(ScriptWindowTest, AcceleratorTable) {
         BYTE flags;
         WORD key, cmd;
     };
-    const Want want[] = {{FVIRTKEY | FCONTROL, 'C', 512}, {FVIRTKEY | FCONTROL, 'V', 513}, {FVIRTKEY | FALT, VK_BACK, 510},
-                         {FVIRTKEY, VK_DELETE, 514},      {FVIRTKEY | FSHIFT, VK_DELETE, 511},
-                         {FVIRTKEY | FCONTROL, VK_INSERT, 512}, {FVIRTKEY | FSHIFT, VK_INSERT, 513},
-                         {FVIRTKEY | FCONTROL, 'X', 511}, {FVIRTKEY | FCONTROL, 'Z', 510}};
+    const Want want[] = {
+        {FVIRTKEY | FCONTROL, 'C', 512},     {FVIRTKEY | FCONTROL, 'V', 513},     {FVIRTKEY | FALT, VK_BACK, 510},
+        {FVIRTKEY, VK_DELETE, 514},          {FVIRTKEY | FSHIFT, VK_DELETE, 511}, {FVIRTKEY | FCONTROL, VK_INSERT, 512},
+        {FVIRTKEY | FSHIFT, VK_INSERT, 513}, {FVIRTKEY | FCONTROL, 'X', 511},     {FVIRTKEY | FCONTROL, 'Z', 510}};
     ASSERT_EQ(count, 9);
     for (int i = 0; i < count; ++i) {
         EXPECT_EQ(entries[i].fVirt & ~0x80, want[i].flags) << "entry " << i;
@@ -254,10 +254,18 @@ TEST_F(ScriptWindowTest, MenuAsTabled) {
         UINT id;
         const char* text;
     };
-    const Item items[] = {{0, 500, "&New"},          {0, 502, "&Open..."},           {0, 505, "&Save"},
-                          {0, 506, "Save &As..."},   {0, 508, "&Print..."},          {1, 510, "&Undo\tCtrl+Z"},
-                          {1, 0, ""},                {1, 511, "Cu&t\tCtrl+X"},       {1, 512, "&Copy\tCtrl+C"},
-                          {1, 513, "&Paste\tCtrl+V"}, {1, 514, "&Delete\tDel"},      {1, 0, ""},
+    const Item items[] = {{0, 500, "&New"},
+                          {0, 502, "&Open..."},
+                          {0, 505, "&Save"},
+                          {0, 506, "Save &As..."},
+                          {0, 508, "&Print..."},
+                          {1, 510, "&Undo\tCtrl+Z"},
+                          {1, 0, ""},
+                          {1, 511, "Cu&t\tCtrl+X"},
+                          {1, 512, "&Copy\tCtrl+C"},
+                          {1, 513, "&Paste\tCtrl+V"},
+                          {1, 514, "&Delete\tDel"},
+                          {1, 0, ""},
                           {1, 571, "&Script Execution"}};
     int place[2] = {0, 0};
     for (const Item& item : items) {

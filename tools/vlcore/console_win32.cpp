@@ -3,8 +3,8 @@
 // with "fail" answers with an error.  Open and Save As ask for a file name
 // with the system's file dialogs, as the host's script would.
 
-#include <windows.h>
 #include <commdlg.h>
+#include <windows.h>
 
 #include <cstdio>
 #include <cstring>
