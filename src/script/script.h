@@ -11,6 +11,8 @@
 //    last position the edit control's 16-bit selection reaches; a larger
 //    file is refused with a message, and the window keeps its text and its
 //    name, so a later Save can't overwrite the large file with the old text.
+//  - KelText codes 2, 14 and 20 act on windows of the script window's class
+//    only: any other handle, a dead one or null changes nothing.
 //  - A file whose lines end in a line feed alone (no carriage return in it
 //    at all) is shown with carriage return and line feed, the only line
 //    break the edit control draws, and written back with line feeds alone:

@@ -72,6 +72,14 @@ void ScriptCreateEdit(HWND window) {
 
 namespace {
 
+// The record lives only in windows of the class: a handle of any other
+// window, a dead one or null is left alone.
+bool is_script_window(HWND window) {
+    char name[sizeof kScriptWindowClass + 1] = {};
+    return window && IsWindow(window) && GetClassNameA(window, name, sizeof name) > 0 &&
+           lstrcmpiA(name, kScriptWindowClass) == 0;
+}
+
 HWND create_window(HWND owner, intptr_t value, intptr_t text) {
     script_state.bScriptFont = static_cast<uint8_t>(value);
     platform::load_string(kStrTitle, script_state.szScriptTitle);
@@ -168,7 +176,10 @@ extern "C" intptr_t VLAPI KelText(VL_HWND window, intptr_t value, intptr_t text,
                 LoadAcceleratorsA(reinterpret_cast<HINSTANCE>(vl::platform::module_handle()), "EDITMENU");
             return reinterpret_cast<intptr_t>(script_state.hScriptAccel);
         case kCreateWindow: return reinterpret_cast<intptr_t>(create_window(window, value, text));
-        case kSetting: run_setting(reinterpret_cast<HWND>(value), reinterpret_cast<const char*>(text)); return 0;
+        case kSetting:
+            if (is_script_window(reinterpret_cast<HWND>(value)))
+                run_setting(reinterpret_cast<HWND>(value), reinterpret_cast<const char*>(text));
+            return 0;
         case kFreeAccelerators:
             // The table is a resource of the library: giving it back is all
             // there is to do, and the handle is no longer to be used.
@@ -179,11 +190,13 @@ extern "C" intptr_t VLAPI KelText(VL_HWND window, intptr_t value, intptr_t text,
             return 0;
         case kAppendText: {
             const auto target = reinterpret_cast<HWND>(value);
-            if (target && IsWindow(target) && text)
+            if (is_script_window(target) && text)
                 ScriptAppendText(reinterpret_cast<const char*>(text), script_edit(target));
             return 0;
         }
-        case kSetModified: set_record_word(window, kModified, static_cast<uint16_t>(value)); return 0;
+        case kSetModified:
+            if (is_script_window(window)) set_record_word(window, kModified, static_cast<uint16_t>(value));
+            return 0;
         case kQueryFont: return script_state.bScriptFont;
         default: return 0;
     }

@@ -182,6 +182,31 @@ TEST_F(ScriptWindowTest, CodesOutsideTheTable) {
     EXPECT_EQ(text(), before);
 }
 
+// Codes that name a window leave windows of other classes alone, even one
+// with room in its extra bytes and a child numbered 4.
+TEST_F(ScriptWindowTest, OtherWindowsAreLeftAlone) {
+    const HWND dialog =
+        CreateWindowExA(0, "#32770", "other", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_NE(dialog, nullptr);
+    const HWND child = CreateWindowExA(0, "Edit", "child", WS_CHILD, 0, 0, 50, 20, dialog,
+                                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(4)), nullptr, nullptr);
+    ASSERT_NE(child, nullptr);
+    const LONG_PTR before = GetWindowLongPtrA(dialog, DWLP_MSGRESULT);
+    for (const char* setting : {"E 0", "M L9", "T 60", "W caption", "N", "S out.txt", "O in.txt"})
+        EXPECT_EQ(KelText(nullptr, reinterpret_cast<intptr_t>(dialog), reinterpret_cast<intptr_t>(setting), 2), 0);
+    EXPECT_EQ(KelText(nullptr, reinterpret_cast<intptr_t>(dialog), reinterpret_cast<intptr_t>("more"), 14), 0);
+    EXPECT_EQ(KelText(dialog, 5, 0, 20), 0);
+    EXPECT_EQ(KelText(nullptr, 0, reinterpret_cast<intptr_t>("E 0"), 2), 0);
+    char caption[32] = {}, typed[32] = {};
+    GetWindowTextA(dialog, caption, sizeof caption);
+    GetWindowTextA(child, typed, sizeof typed);
+    EXPECT_STREQ(caption, "other");
+    EXPECT_STREQ(typed, "child");
+    EXPECT_EQ(GetWindowLongPtrA(dialog, DWLP_MSGRESULT), before);
+    EXPECT_TRUE(log_.executed.empty());
+    DestroyWindow(dialog);
+}
+
 TEST_F(ScriptWindowTest, AppendLandsAtTheEnd) {
     set_text("abc");
     caret(1);
