@@ -100,6 +100,14 @@ list(APPEND VLCORE_SOURCES src/output/dib.cpp)
 if(WIN32)
   list(APPEND VLCORE_SOURCES src/output/dib_win32.cpp)
 endif()
+# The printer device and the status window: the block logic everywhere,
+# contexts and dialogs on Windows.
+list(APPEND VLCORE_SOURCES src/output/printer_block.cpp src/output/status_text.cpp)
+if(WIN32)
+  list(APPEND VLCORE_SOURCES src/output/printer_win32.cpp src/output/status_win32.cpp)
+else()
+  list(APPEND VLCORE_SOURCES src/output/printer_posix.cpp)
+endif()
 
 if(WIN32)
   list(APPEND VLCORE_SOURCES
@@ -139,7 +147,7 @@ endif()
 
 add_library(vlcore_objects OBJECT ${VLCORE_SOURCES})
 add_dependencies(vlcore_objects vlcore_generated)
-target_include_directories(vlcore_objects PUBLIC include src ${VLCORE_GEN})
+target_include_directories(vlcore_objects PUBLIC include src ${VLCORE_GEN} ${PROJECT_SOURCE_DIR}/resources)
 if(WIN32)
   target_compile_definitions(vlcore_objects PUBLIC WIN32_LEAN_AND_MEAN NOMINMAX)
   target_link_libraries(vlcore_objects PUBLIC user32 gdi32 comdlg32)
@@ -152,8 +160,10 @@ target_include_directories(vlcore PUBLIC include)
 add_dependencies(vlcore vlcore_generated)
 if(WIN32)
   target_sources(vlcore PRIVATE ${VLCORE_GEN}/vlcore.rc)
-  # The resource script includes the menus and dialogs kept in resources/.
-  target_include_directories(vlcore PRIVATE ${PROJECT_SOURCE_DIR}/resources)
+  # The resource script includes the dialogs of resources/ by name.
+  target_include_directories(vlcore PRIVATE $<$<COMPILE_LANGUAGE:RC>:${PROJECT_SOURCE_DIR}/resources>)
+  file(GLOB vlcore_rc_parts ${PROJECT_SOURCE_DIR}/resources/*.rc ${PROJECT_SOURCE_DIR}/resources/*.h)
+  set_source_files_properties(${VLCORE_GEN}/vlcore.rc PROPERTIES OBJECT_DEPENDS "${vlcore_rc_parts}")
   set_target_properties(vlcore PROPERTIES OUTPUT_NAME VLCORE PREFIX "")
   # One self-contained DLL: the host ships no compiler runtime.
   target_link_options(vlcore PRIVATE -static -static-libgcc -static-libstdc++)

@@ -71,9 +71,11 @@ typedef struct VL_NAME_ROW {
 
 /* Start-up and control.  `version` and `operation` use their low 16 bits.
  *   0 start:  `value` is the path of the host's settings file (const char *);
+ *             takes the default printer (KELUTIL_PrinterDC 11);
  *             answers 3783, or 0 when version > 6100 (nothing is started).
  *   1 end:    deletes the library's palette; answers 0.
- *   2 settings changed: reloads the regional settings; answers 0.
+ *   2 settings changed: reloads the regional settings and follows a
+ *             changed default printer (KELUTIL_PrinterDC 7); answers 0.
  *   3 query:  answers 3783.
  *   4 language flag: 1 when the regional language name begins with "H".
  *   5 module handle: the handle the library was loaded under (on 64-bit
@@ -726,6 +728,72 @@ intptr_t VLAPI KELUTIL_Palette(VL_HDC dc, uint32_t operation, uint32_t count, in
  *   4100  `value` (16 bits signed) in 1/500 point, in device units.
  *   any other: 0. */
 int32_t VLAPI KELUTIL_3Dsquare(VL_HDC dc, int32_t value, void *rect, void *out_rect, uint32_t flags);
+
+/* ------------------------------------------------------------------------
+ * Printer device and status window
+ * --------------------------------------------------------------------- */
+
+/* The printer device block, shared with the host: the sizes of what it
+ * holds (0 for none), a DEVNAMES record (four 16-bit offsets and flags, then
+ * device, driver and port texts, offsets counted from the record's start)
+ * and a DEVMODE record.  884 bytes; a host block passed to
+ * KELUTIL_PrinterDC must have this size. */
+#define VL_PRINTER_NAMES_ROOM 368
+#define VL_PRINTER_MODE_ROOM 512
+typedef struct VL_PRINTER_BLOCK {
+    uint16_t wDevModeSize;
+    uint16_t wDevNamesSize;
+    unsigned char names[VL_PRINTER_NAMES_ROOM];
+    unsigned char mode[VL_PRINTER_MODE_ROOM];
+} VL_PRINTER_BLOCK;
+
+/* Device and information contexts of the screen and the printer.  The low
+ * 16 bits of `op` count; `block` depends on `op`:
+ *   0, 1   a device / information context of the display;
+ *   2, 10  the profile's printer ([windows] device=) into the library's
+ *          block, and a device / information context for it, no device mode;
+ *   3, 4   the same for `block` (a VL_PRINTER_BLOCK, null: the library's),
+ *          with its device mode when it holds one; a block without names
+ *          first drops its device mode and takes the profile's printer;
+ *   5      the print setup dialog on `block` (null: the library's); null
+ *          when cancelled, the block then unchanged; a changed printer
+ *          sends WM_FONTCHANGE to `owner`;
+ *   6      the old driver route: the driver's own setup, then a context;
+ *   7      follows a changed default printer; answers null;
+ *   11     takes the system's default printer, landscape; answers null;
+ *   12     writes the orientation (sign-extended) to *(int32_t *)block;
+ *   13     sets the orientation from *(int16_t *)block;
+ *   14, 15 copies the device name / the port to `block` (room: 240 bytes);
+ *   16     sets the copies from *(uint16_t *)block.
+ * 8, 9 and codes above 16 answer null and do nothing; so do 12 to 16 with
+ * a null `block`.  A device mode larger than the block's room is refused
+ * with the old-driver warning and never copied in part.  A profile line
+ * with fewer than two commas names no printer.
+ * Natively there is no printer or display: every operation does its work
+ * on the blocks and the profile (VLCORE_PROFILE), and those that give a
+ * context answer null, as on a machine without the device; 5 and 11 find
+ * no default printer. */
+VL_HDC VLAPI KELUTIL_PrinterDC(VL_HWND owner, uint32_t op, void *block);
+
+#ifdef _WIN32
+/* Progress of a long operation of the host (low 4 bits of `command`):
+ *   0 open dialog 200 owned by `window` with title `text` (or none); flags
+ *     4096 no dialog, the line "ty -q TEXT... Hit ESC to abort!" goes to
+ *     `window` as message 1024 instead; 8192 the title alone; 16384 an End
+ *     button instead of Cancel.  Answers 1 when the dialog can't be made;
+ *   1 progress: `value` percent (16 bits) in number and bar; 1 without a
+ *     dialog;
+ *   2 poll: takes one message of the dialog, ESC stops; answers the stop
+ *     request (0 none, 1 Cancel or ESC, 2 End).  Without a dialog: looks
+ *     for a key in the queue (removed with bit 1 of `value`; bit 0 answers
+ *     0 always) and answers 1 for ESC;
+ *   3 close (sends an empty line to `window`); 4 as a click of the button;
+ *   5 clears the stop request; 6 ShowWindow with `text` read as the show
+ *     command, e.g. (const char *)(intptr_t)SW_HIDE.
+ * A status call before any dialog exists does nothing to a window and
+ * answers as without a dialog.  Operations above 6 answer 0. */
+int32_t VLAPI KELUTIL_Status(VL_HWND window, uint32_t command, int32_t value, const char *text);
+#endif
 
 /* ------------------------------------------------------------------------
  * Device-independent bitmaps

@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Installs what building and testing VLCORE needs on a fresh Debian machine:
 # compilers, CMake, GoogleTest, Google Benchmark, clang with libFuzzer, the
-# mingw-w64 cross compilers, Wine and a virtual X server.  Installs only
+# mingw-w64 cross compilers, Wine and a virtual X server, and the print
+# server with a PDF printer and the PDF tools that the printing tests use
+# (tools/start-cups.sh sets the printer up).  Installs only
 # what is missing, so a second run costs nothing.
 set -euo pipefail
 
@@ -11,6 +13,7 @@ packages=(
   clang libclang-rt-14-dev
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64-x86-64 binutils-mingw-w64-i686
   wine64 xvfb xauth
+  cups cups-bsd printer-driver-cups-pdf poppler-utils libcups2
 )
 
 missing=()

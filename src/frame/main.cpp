@@ -13,6 +13,10 @@ constexpr uint32_t kReloadRegionalTables = 32768;
 constexpr uint32_t kAskLanguageFlag = 24576;
 // The path registry's operation that records the start-up directory.
 constexpr uint32_t kRecordStartDir = 2;
+// The printer device's operations: take the default printer into the
+// library's block, and follow a default printer that changed.
+constexpr uint32_t kPrinterTakeDefault = 11;
+constexpr uint32_t kPrinterFollowDefault = 7;
 // KELUTIL_Color's load, and its end, which deletes the palette.
 constexpr uint32_t kColourLoad = 0;
 constexpr uint32_t kColourEnd = 1;
@@ -40,7 +44,8 @@ uintptr_t start(VL_HWND window, uint16_t version, intptr_t settings) {
     KELUTIL_Color(window, version, settings, kColourLoad);
     // 4. The directory the host was started in, for the file dialogs.
     KELUTIL_PathControl(kRecordStartDir, nullptr, nullptr, 0);
-    // 5. belongs to the printer, which is not built yet.
+    // 5. The default printer, as the library's printer block.
+    KELUTIL_PrinterDC(window, kPrinterTakeDefault, nullptr);
     // 6. The host's vocabulary, class by class.
     KELUTIL_Names(0, 0, 1);
     // 7. The library's version.
@@ -57,7 +62,10 @@ extern "C" uintptr_t VLAPI KELUTIL_Main(VL_HWND window, uint32_t version, intptr
     switch (static_cast<uint16_t>(operation)) {
         case kStart: return start(window, static_cast<uint16_t>(version), value);
         case kEnd: KELUTIL_Color(window, version, value, kColourEnd); return 0;
-        case kSettingsChanged: KELUTIL_date2str(0.0, kReloadRegionalTables, nullptr); return 0;
+        case kSettingsChanged:
+            KELUTIL_date2str(0.0, kReloadRegionalTables, nullptr);
+            KELUTIL_PrinterDC(window, kPrinterFollowDefault, nullptr);
+            return 0;
         case kQuery: return kLibraryVersion;
         case kLanguageFlag: return KELUTIL_date2str(0.0, kAskLanguageFlag, nullptr);
         case kModuleHandle: return platform::module_handle();

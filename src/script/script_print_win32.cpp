@@ -13,15 +13,8 @@ constexpr uint32_t kPrinterDcCurrent = 3;
 constexpr uint32_t kPrinterDcDialog = 5;
 constexpr int kDraftMode = 7;
 
-// The printer device entry of the library, found by its export name.
-using PrinterDcEntry = HDC(WINAPI*)(HWND, uint32_t, void*);
-
 HDC ScriptPrinterDC(int dialog) {
-    const auto module = reinterpret_cast<HMODULE>(platform::module_handle());
-    const auto entry =
-        reinterpret_cast<PrinterDcEntry>(reinterpret_cast<void (*)()>(GetProcAddress(module, "KELUTIL_PrinterDC")));
-    if (!entry) return nullptr;
-    return entry(nullptr, (dialog & 1) ? kPrinterDcDialog : kPrinterDcCurrent, nullptr);
+    return KELUTIL_PrinterDC(nullptr, (dialog & 1) ? kPrinterDcDialog : kPrinterDcCurrent, nullptr);
 }
 
 // The loop over the lines; answers the last result of EndPage/StartPage,
