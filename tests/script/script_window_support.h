@@ -65,6 +65,7 @@ struct BoxSeen {
 struct BoxAnswers {
     std::vector<BoxSeen> seen;
     int yes_no = IDNO;
+    int ok = IDOK;  // to every other box or dialog
 };
 inline BoxAnswers* box_answers = nullptr;
 inline HHOOK box_hook = nullptr;
@@ -90,7 +91,7 @@ inline void CALLBACK box_timer(HWND dialog, UINT, UINT_PTR id, DWORD) {
         reinterpret_cast<LPARAM>(text));
     const bool question = GetDlgItem(dialog, IDYES) != nullptr;
     box_answers->seen.push_back({caption, text, question});
-    PostMessageA(dialog, WM_COMMAND, question ? box_answers->yes_no : IDOK, 0);
+    PostMessageA(dialog, WM_COMMAND, question ? box_answers->yes_no : box_answers->ok, 0);
 }
 
 inline LRESULT CALLBACK box_cbt(int code, WPARAM first, LPARAM second) {
