@@ -2,8 +2,9 @@
 // the print setup dialog on a device block, the old driver route and the
 // default printer that the library's block follows.
 
-#include <commdlg.h>
 #include <windows.h>
+// The dialog declarations need <windows.h> first.
+#include <commdlg.h>
 
 #include <cstddef>
 #include <string>
