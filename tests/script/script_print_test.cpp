@@ -90,6 +90,7 @@ class ScriptPrintTest : public ScriptWindowTest {
         if (!state_.ready) GTEST_SKIP() << state_.reason;
         ScriptWindowTest::SetUp();
         EXPECT_EQ(KELUTIL_PrinterDC(nullptr, kTakeDefault, nullptr), nullptr);
+        KelText(nullptr, reinterpret_cast<intptr_t>(window_), reinterpret_cast<intptr_t>("M 0"), 2);
         // The page as the window lays it out: 12 points of a fixed-pitch
         // font at the printer's resolution, a line position left blank.
         const HDC dc = KELUTIL_PrinterDC(nullptr, kBlockDC, nullptr);
@@ -112,7 +113,9 @@ class ScriptPrintTest : public ScriptWindowTest {
     void TearDown() override {
         if (state_.ready) ScriptWindowTest::TearDown();
     }
-    // Prints by setting P and answers the PDF.
+    // Prints by setting P and answers the PDF.  The top margin is left at
+    // 0: with the default 75 the last line of a full page would stand below
+    // the page's end, as the page counts its lines without the margin.
     std::string print(const std::string& script) {
         SetWindowTextA(edit_, script.c_str());
         const auto before = pdfs_in(state_.directory);
