@@ -70,6 +70,15 @@ struct BoxAnswers {
 inline BoxAnswers* box_answers = nullptr;
 inline HHOOK box_hook = nullptr;
 
+// The first static control with a text: the message of a box.
+inline BOOL CALLBACK static_text(HWND child, LPARAM out) {
+    char kind[16] = {};
+    GetClassNameA(child, kind, sizeof kind);
+    if (lstrcmpiA(kind, "Static") != 0 || GetWindowTextLengthA(child) == 0) return TRUE;
+    GetWindowTextA(child, reinterpret_cast<char*>(out), 400);
+    return FALSE;
+}
+
 // Reads the box once its dialog stands, and answers it.
 inline void CALLBACK box_timer(HWND dialog, UINT, UINT_PTR id, DWORD) {
     KillTimer(dialog, id);
@@ -77,18 +86,7 @@ inline void CALLBACK box_timer(HWND dialog, UINT, UINT_PTR id, DWORD) {
     char caption[200] = {}, text[400] = {};
     GetWindowTextA(dialog, caption, sizeof caption);
     // The message is the box's one static text.
-    EnumChildWindows(
-        dialog,
-        [](HWND child, LPARAM out) -> BOOL {
-            char kind[16] = {};
-            GetClassNameA(child, kind, sizeof kind);
-            if (lstrcmpiA(kind, "Static") == 0 && GetWindowTextLengthA(child) > 0) {
-                GetWindowTextA(child, reinterpret_cast<char*>(out), 400);
-                return FALSE;
-            }
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(text));
+    EnumChildWindows(dialog, static_text, reinterpret_cast<LPARAM>(text));
     const bool question = GetDlgItem(dialog, IDYES) != nullptr;
     box_answers->seen.push_back({caption, text, question});
     PostMessageA(dialog, WM_COMMAND, question ? box_answers->yes_no : box_answers->ok, 0);

@@ -3,8 +3,9 @@
 // with "fail" answers with an error.  Open and Save As ask for a file name
 // with the system's file dialogs, as the host's script would.
 
-#include <commdlg.h>
 #include <windows.h>
+// The dialog declarations need <windows.h> first.
+#include <commdlg.h>
 
 #include <cstdio>
 #include <cstring>
