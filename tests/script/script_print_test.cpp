@@ -195,4 +195,17 @@ TEST_F(ScriptPrintTest, MenuPrintCancelledInTheDialog) {
     EXPECT_EQ(pdfs_in(state_.directory), before);
 }
 
+// Confirmed in the dialog, the menu's Print prints on the chosen printer.
+TEST_F(ScriptPrintTest, MenuPrintConfirmedInTheDialog) {
+    SetWindowTextA(edit_, "menu print;");
+    const auto before = pdfs_in(state_.directory);
+    command(508);
+    ASSERT_EQ(boxes_.seen.size(), 1u);  // the print setup dialog, answered OK
+    const auto pdf = wait_for_new_pdf(state_.directory, before);
+    ASSERT_TRUE(pdf);
+    const auto lines = page_lines(*pdf, 1);
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0], "menu print;");
+}
+
 }  // namespace
