@@ -108,11 +108,16 @@ void open_named(HWND window, HWND edit, const char* name) {
         return;
     }
     auto* bytes = static_cast<char*>(GlobalLock(block));
-    int32_t got = bytes ? platform::file_lread(file, bytes, size) : -1;
+    if (!bytes) {
+        platform::file_close_handle(file);
+        GlobalFree(block);
+        return;
+    }
+    // A short read is no error: what came in stands.
+    const int32_t got = platform::file_lread(file, bytes, size);
     platform::file_close_handle(file);
-    if (got < 0) got = 0;
-    const EditText text = edit_text_from_file(std::string_view(bytes ? bytes : "", static_cast<std::size_t>(got)));
-    if (bytes) GlobalUnlock(block);
+    const EditText text = edit_text_from_file(std::string_view(bytes, got > 0 ? static_cast<std::size_t>(got) : 0));
+    GlobalUnlock(block);
     GlobalFree(block);
 
     const HGLOBAL shown = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, text.text.size() + 1);
