@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Makes a PDF printer the default printer of this machine, so that the
 # printing tests print for real: starts the print server when it is not
-# running, adds the queue "PDF" of the PDF back end when it is missing,
-# makes it the default, and sends its files to one known directory.
+# running, adds the queues "PDF" and "PDF2" of the PDF back end when they
+# are missing, makes "PDF" the default, and sends the files of both to one
+# known directory.
 #
 # Prints that directory on standard output.  Needs root for the server and
 # its configuration; without root, or without the packages of
@@ -21,6 +22,7 @@ if [ "${1:-}" = "--state" ]; then
 fi
 
 queue=PDF
+second_queue=PDF2
 out_dir=${VLCORE_PDF_DIR:-/var/spool/cups-pdf/vlcore}
 conf=/etc/cups/cups-pdf.conf
 
@@ -32,6 +34,10 @@ fail() {
   fi
   exit 1
 }
+
+# As a fixture it must never stop the tests from running: any step that
+# fails leaves its verdict instead.
+[ -z "$state_file" ] || trap 'fail "a set-up step failed (line $LINENO)"' ERR
 
 command -v cupsd >/dev/null || fail "no cupsd: run tools/setup.sh (package cups)"
 command -v lpadmin >/dev/null || fail "no lpadmin: run tools/setup.sh (package cups-client)"
@@ -57,14 +63,18 @@ if ! lpstat -r 2>/dev/null | grep -q "is running"; then
   lpstat -r 2>/dev/null | grep -q "is running" || fail "cupsd started but does not answer"
 fi
 
-if ! lpstat -p "$queue" >/dev/null 2>&1; then
-  ppd=$(lpinfo -m 2>/dev/null | awk '/CUPS-PDF_opt\.ppd/ {print $1; exit}')
-  [ -n "$ppd" ] || ppd=$(lpinfo -m 2>/dev/null | awk 'tolower($0) ~ /cups-pdf/ {print $1; exit}')
-  [ -n "$ppd" ] || fail "the print server knows no driver of the PDF back end (lpinfo -m)"
-  lpadmin -p "$queue" -v cups-pdf:/ -m "$ppd" -E || fail "lpadmin could not add the queue $queue"
-fi
-cupsenable "$queue" 2>/dev/null || true
-cupsaccept "$queue" 2>/dev/null || true
+# The second queue lets a test change the default printer behind the
+# library's back.
+for q in "$queue" "$second_queue"; do
+  if ! lpstat -p "$q" >/dev/null 2>&1; then
+    ppd=$(lpinfo -m 2>/dev/null | awk '/CUPS-PDF_opt\.ppd/ {print $1; exit}')
+    [ -n "$ppd" ] || ppd=$(lpinfo -m 2>/dev/null | awk 'tolower($0) ~ /cups-pdf/ {print $1; exit}')
+    [ -n "$ppd" ] || fail "the print server knows no driver of the PDF back end (lpinfo -m)"
+    lpadmin -p "$q" -v cups-pdf:/ -m "$ppd" -E 2>/dev/null || fail "lpadmin could not add the queue $q"
+  fi
+  cupsenable "$q" 2>/dev/null || true
+  cupsaccept "$q" 2>/dev/null || true
+done
 lpadmin -d "$queue" >/dev/null || fail "lpadmin could not make $queue the default"
 lpoptions -d "$queue" >/dev/null 2>&1 || true
 

@@ -119,7 +119,10 @@ bool block_field_operation(uint16_t op, void* argument) noexcept {
         case kDeviceName:
         case kPortName: {
             ensure_names(printer_block);
-            const std::string_view text = op == kDeviceName ? names_device(printer_block) : names_port(printer_block);
+            // The caller's room is that of a profile line; a longer name
+            // from a dialog's record is cut to it.
+            const std::string_view text = (op == kDeviceName ? names_device(printer_block) : names_port(printer_block))
+                                              .substr(0, kProfileLineRoom - 1);
             auto* out = static_cast<char*>(argument);
             std::memcpy(out, text.data(), text.size());
             out[text.size()] = '\0';

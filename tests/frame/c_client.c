@@ -1,5 +1,6 @@
 /* A plain C client of the library: the public header must compile as C on
  * every target, and the entries must link and answer from C. */
+#include <stddef.h>
 #include <stdio.h>
 #include <string.h>
 
@@ -23,6 +24,7 @@ int main(void) {
     check(KELUTIL_str2real(number) == -1500.0, "str2real from C");
     check(KELUTIL_cvtstr2int("42", &n) == 1 && n == 42, "cvtstr2int from C");
     check(KELUTIL_Main(NULL, 0, 0, 3) == 3783, "KELUTIL_Main query from C");
-    printf("%d passed, %d failed\n", 4 - failures, failures);
+    check(sizeof(VL_PRINTER_BLOCK) == 884 && offsetof(VL_PRINTER_BLOCK, mode) == 372, "printer block layout in C");
+    printf("%d passed, %d failed\n", 5 - failures, failures);
     return failures ? 1 : 0;
 }

@@ -65,22 +65,21 @@ struct FindOwned {
     HWND found;
 };
 
+BOOL CALLBACK find_owned_dialog(HWND window, LPARAM data) {
+    auto* f = reinterpret_cast<FindOwned*>(data);
+    char cls[16] = "";
+    GetClassNameA(window, cls, sizeof cls);
+    if (std::string(cls) == "#32770" && GetWindow(window, GW_OWNER) == f->owner) {
+        f->found = window;
+        return FALSE;
+    }
+    return TRUE;
+}
+
 // The status dialog that `owner` owns, or null.
 HWND status_dialog(HWND owner) {
     FindOwned find{owner, nullptr};
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM data) -> BOOL {
-            auto* f = reinterpret_cast<FindOwned*>(data);
-            char cls[16] = "";
-            GetClassNameA(window, cls, sizeof cls);
-            if (std::string(cls) == "#32770" && GetWindow(window, GW_OWNER) == f->owner) {
-                f->found = window;
-                return FALSE;
-            }
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&find));
+    EnumThreadWindows(GetCurrentThreadId(), find_owned_dialog, reinterpret_cast<LPARAM>(&find));
     return find.found;
 }
 

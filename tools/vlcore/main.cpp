@@ -12,6 +12,8 @@
 //   vlcore date VALUE [FORMAT]        a date value printed by a date format
 //   vlcore parsedate TEXT [FORMAT]    a date read from text, and printed back
 //   vlcore time VALUE [FORMAT]        the time in a value printed by a time format
+//   vlcore printers                   the printers the library sees, the default marked
+//   vlcore print FILE                 a text file printed through the printer device
 //   vlcore console [SCRIPT]           the script window (Windows build)
 
 #include <cctype>
@@ -25,6 +27,7 @@
 #include "vlcore.h"
 
 #ifdef _WIN32
+#include <windows.h>
 int cmd_console(int argc, char** argv);
 #endif
 
@@ -61,6 +64,8 @@ int usage(const char* why = nullptr) {
         "  time VALUE [FORMAT]\n"
         "                 print the time of day in VALUE (or a length in days) by a time format,\n"
         "                 0 to 12; without FORMAT all of them\n"
+        "  printers       list the printers the library sees; * marks the default\n"
+        "  print FILE     print a text file on the default printer (Windows build)\n"
 #ifdef _WIN32
         "  console [SCRIPT]\n"
         "                 open the script window; each line run comes back with its tokens\n"
@@ -357,6 +362,119 @@ int cmd_parsedate(int argc, char** argv) {
     return 0;
 }
 
+// The printer device's operations that the tool uses.
+constexpr uint32_t kPrinterBlockDC = 3, kPrinterTakeDefault = 11, kPrinterDeviceName = 14, kPrinterPort = 15;
+
+// The default printer as the library takes it at start-up: its device name
+// and port, both empty when there is none.
+void default_printer(std::string& device, std::string& port) {
+    KELUTIL_PrinterDC(nullptr, kPrinterTakeDefault, nullptr);
+    char text[240] = "";
+    KELUTIL_PrinterDC(nullptr, kPrinterDeviceName, text);
+    device = text;
+    text[0] = '\0';
+    KELUTIL_PrinterDC(nullptr, kPrinterPort, text);
+    port = text;
+}
+
+int cmd_printers() {
+    std::string device, port;
+    default_printer(device, port);
+    int count = 0;
+#ifdef _WIN32
+    DWORD needed = 0, returned = 0;
+    const DWORD where = PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS;
+    EnumPrintersA(where, nullptr, 2, nullptr, 0, &needed, &returned);
+    std::vector<BYTE> info(needed + 1);
+    if (needed && EnumPrintersA(where, nullptr, 2, info.data(), needed, &needed, &returned)) {
+        const auto* rows = reinterpret_cast<const PRINTER_INFO_2A*>(info.data());
+        for (DWORD i = 0; i < returned; ++i, ++count)
+            std::printf("%c %-24s driver %-16s port %s\n", device == rows[i].pPrinterName ? '*' : ' ',
+                        rows[i].pPrinterName, rows[i].pDriverName, rows[i].pPortName);
+    }
+#else
+    // Natively the library sees the profile's printer line only.
+    if (!device.empty()) {
+        std::printf("* %-24s port %s\n", device.c_str(), port.c_str());
+        ++count;
+    }
+#endif
+    if (count == 0) std::puts("no printers");
+    return 0;
+}
+
+int cmd_print_file(const char* path) {
+#ifdef _WIN32
+    std::FILE* file = std::fopen(path, "rb");
+    if (!file) {
+        std::fprintf(stderr, "vlcore: cannot read %s\n", path);
+        return 1;
+    }
+    std::vector<std::string> lines;
+    std::string line;
+    for (int c; (c = std::fgetc(file)) != EOF;) {
+        if (c == '\n') {
+            lines.push_back(line);
+            line.clear();
+        } else if (c == '\t') {
+            line.append(8 - line.size() % 8, ' ');
+        } else if (c != '\r') {
+            line += static_cast<char>(c);
+        }
+    }
+    if (!line.empty()) lines.push_back(line);
+    std::fclose(file);
+
+    std::string device, port;
+    default_printer(device, port);
+    HDC dc = KELUTIL_PrinterDC(nullptr, kPrinterBlockDC, nullptr);
+    if (!dc) {
+        std::fprintf(stderr, "vlcore: no printer device (default printer: %s)\n",
+                     device.empty() ? "none" : device.c_str());
+        return 1;
+    }
+    // 10-point fixed-pitch type and margins of half an inch.
+    const int dpi_y = GetDeviceCaps(dc, LOGPIXELSY), dpi_x = GetDeviceCaps(dc, LOGPIXELSX);
+    HFONT font = CreateFontA(-MulDiv(10, dpi_y, 72), 0, 0, 0, FW_NORMAL, 0, 0, 0, ANSI_CHARSET, 0, 0, 0,
+                             FIXED_PITCH | FF_MODERN, "Courier New");
+    const int left = dpi_x / 2, top = dpi_y / 2, bottom = GetDeviceCaps(dc, VERTRES) - dpi_y / 2;
+    const std::string_view name = path;
+    const std::string title(name.substr(name.find_last_of("/\\") + 1));
+    DOCINFOA doc{};
+    doc.cbSize = sizeof doc;
+    doc.lpszDocName = title.c_str();
+    int pages = 0;
+    bool ok = StartDocA(dc, &doc) > 0;
+    for (std::size_t i = 0; ok && (i < lines.size() || pages == 0);) {
+        ok = StartPage(dc) > 0;
+        HGDIOBJ old = SelectObject(dc, font);
+        TEXTMETRICA metrics;
+        GetTextMetricsA(dc, &metrics);
+        const int step = metrics.tmHeight + metrics.tmExternalLeading;
+        for (int y = top; ok && i < lines.size() && y + step <= bottom; y += step, ++i)
+            TextOutA(dc, left, y, lines[i].c_str(), static_cast<int>(lines[i].size()));
+        SelectObject(dc, old);
+        ok = ok && EndPage(dc) > 0;
+        ++pages;
+    }
+    ok = ok && EndDoc(dc) > 0;
+    if (!ok) AbortDoc(dc);
+    DeleteDC(dc);
+    DeleteObject(font);
+    if (!ok) {
+        std::fprintf(stderr, "vlcore: the printer refused the job\n");
+        return 1;
+    }
+    std::printf("printed %zu lines on %d page%s to %s (%s)\n", lines.size(), pages, pages == 1 ? "" : "s",
+                device.c_str(), port.c_str());
+    return 0;
+#else
+    (void)path;
+    std::fputs("vlcore: printing needs the Windows build (vlcore.exe); natively there is no printer device\n", stderr);
+    return 1;
+#endif
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -381,6 +499,8 @@ int main(int argc, char** argv) {
     if (cmd == "names") return cmd_names(argc, argv);
     if (cmd == "parsedate") return cmd_parsedate(argc, argv);
     if (cmd == "date" || cmd == "time") return cmd_date_time(argc, argv, cmd == "date");
+    if (cmd == "printers") return argc == 2 ? cmd_printers() : usage("'printers' takes no arguments");
+    if (cmd == "print") return argc == 3 ? cmd_print_file(argv[2]) : usage("'print' takes exactly one FILE");
 #ifdef _WIN32
     if (cmd == "console") return cmd_console(argc, argv);
 #endif
