@@ -84,12 +84,20 @@ if(WIN32)
 else()
   list(APPEND VLCORE_SOURCES src/platform/posix/paths.cpp)
 endif()
+# The open, save and multiple-file dialogs, their hooks and the list of
+# chosen files; natively the dialogs themselves fail at once.
+list(APPEND VLCORE_SOURCES src/filedlg/file_dialog.cpp src/filedlg/file_list.cpp src/filedlg/dialog_logic.cpp)
+if(WIN32)
+  list(APPEND VLCORE_SOURCES src/filedlg/dialogs_win32.cpp)
+else()
+  list(APPEND VLCORE_SOURCES src/filedlg/dialogs_posix.cpp)
+endif()
 # The colour table and palette; pens, brushes and palettes need the window
 # system and are made in the Windows half only.
 list(APPEND VLCORE_SOURCES src/colour/color_table.cpp src/colour/colour_state.cpp src/colour/palette.cpp
-  src/colour/square.cpp)
+  src/colour/square.cpp src/colour/color_editor.cpp)
 if(WIN32)
-  list(APPEND VLCORE_SOURCES src/colour/gdi_win32.cpp)
+  list(APPEND VLCORE_SOURCES src/colour/gdi_win32.cpp src/colour/color_dialog_win32.cpp)
 else()
   list(APPEND VLCORE_SOURCES src/colour/gdi_posix.cpp)
 endif()
@@ -111,7 +119,7 @@ endif()
 
 if(WIN32)
   list(APPEND VLCORE_SOURCES
-    src/platform/win32/bessel.cpp
+    src/platform/win32/runtime_math.cpp
     src/data/names_window_win32.cpp
     src/platform/win32/clock.cpp
     src/platform/win32/dllmain.cpp
@@ -128,7 +136,7 @@ if(WIN32)
     src/script/script_file_win32.cpp src/script/script_print_win32.cpp)
 else()
   list(APPEND VLCORE_SOURCES
-    src/platform/posix/bessel.cpp
+    src/platform/posix/runtime_math.cpp
     src/data/names_window_posix.cpp
     src/platform/posix/files.cpp
     src/platform/posix/clock.cpp
@@ -143,11 +151,17 @@ endif()
 
 if(WIN32)
   enable_language(RC)
+  # Dialog templates stand in resources/, included by the generated script.
+  string(APPEND CMAKE_RC_FLAGS " -I${PROJECT_SOURCE_DIR}/resources")
+  file(GLOB vlcore_rc_parts ${PROJECT_SOURCE_DIR}/resources/*.rc ${PROJECT_SOURCE_DIR}/resources/*.h)
+  set_source_files_properties(${VLCORE_GEN}/vlcore.rc PROPERTIES OBJECT_DEPENDS "${vlcore_rc_parts}")
 endif()
 
 add_library(vlcore_objects OBJECT ${VLCORE_SOURCES})
 add_dependencies(vlcore_objects vlcore_generated)
-target_include_directories(vlcore_objects PUBLIC include src ${VLCORE_GEN} ${PROJECT_SOURCE_DIR}/resources)
+# resources/ holds the dialog scripts that vlcore.rc includes and their id
+# headers, which the code shares.
+target_include_directories(vlcore_objects PUBLIC include src resources ${VLCORE_GEN})
 if(WIN32)
   target_compile_definitions(vlcore_objects PUBLIC WIN32_LEAN_AND_MEAN NOMINMAX)
   target_link_libraries(vlcore_objects PUBLIC user32 gdi32 comdlg32)
@@ -156,14 +170,10 @@ else()
 endif()
 
 add_library(vlcore SHARED $<TARGET_OBJECTS:vlcore_objects>)
-target_include_directories(vlcore PUBLIC include)
+target_include_directories(vlcore PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 add_dependencies(vlcore vlcore_generated)
 if(WIN32)
   target_sources(vlcore PRIVATE ${VLCORE_GEN}/vlcore.rc)
-  # The resource script includes the dialogs of resources/ by name.
-  target_include_directories(vlcore PRIVATE $<$<COMPILE_LANGUAGE:RC>:${PROJECT_SOURCE_DIR}/resources>)
-  file(GLOB vlcore_rc_parts ${PROJECT_SOURCE_DIR}/resources/*.rc ${PROJECT_SOURCE_DIR}/resources/*.h)
-  set_source_files_properties(${VLCORE_GEN}/vlcore.rc PROPERTIES OBJECT_DEPENDS "${vlcore_rc_parts}")
   set_target_properties(vlcore PROPERTIES OUTPUT_NAME VLCORE PREFIX "")
   # One self-contained DLL: the host ships no compiler runtime.
   target_link_options(vlcore PRIVATE -static -static-libgcc -static-libstdc++)

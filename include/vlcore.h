@@ -155,9 +155,12 @@ int32_t VLAPI KELUTIL_GetParsedArguments(char *text, char **slots, int32_t max, 
 int32_t VLAPI KELUTIL_str2int(const char *text);
 /* 1 with *out set for a good integer, 0 with *out untouched. */
 int32_t VLAPI KELUTIL_cvtstr2int(const char *text, int32_t *out);
-/* Reads a real number ("-1.5e3", ".5", "2E", "")  The text is cut in place
+/* Reads a real number ("-1.5e3", ".5", "2E", "").  The text is cut in place
  * while it is read and restored on success.  Answers VL_MISSING_VALUE on a
- * bad number. */
+ * bad number.  The double is formed as numbers have always been read, not
+ * correctly rounded: integer part and fraction apart, added, then one
+ * multiplication by the runtime's pow(10.0, exponent) ("8e23" gives
+ * 8.000000000000001e+23). */
 double VLAPI KELUTIL_str2real(char *text);
 /* 1 with *out set, or 0 with *out untouched (the text may then stay cut at
  * its 'e' or '.'). */
@@ -480,14 +483,21 @@ double VLAPI KELUTIL_GetPrivateProfileReal(const char *section, const char *key,
 #define VL_REAL_EXPONENT 4   /* P decimals and "e<exponent>" */
 #define VL_REAL_WIDTH 8      /* general with exponents -3..6, decimals worked out from W */
 /* ... and flags. */
-#define VL_REAL_TRIM 16      /* remove the fraction's trailing zeros, and a bare point */
+#define VL_REAL_TRIM 16      /* remove trailing zeros (and then a bare point) in front of the exponent */
 #define VL_REAL_UPPER 128    /* "E" instead of "e" */
 /* The longest text of KELUTIL_real_str, terminator included. */
 #define VL_REAL_STR_ROOM 320
 
 /* The library's own digit-row converter: `mode`, `width` W and `precision`
- * P use their low 8 bits.  Makes at most 119 significant digits from the
- * double itself and rounds once, by half a unit of the last place.
+ * P use their low 8 bits.  The digits are the ones saved files have always
+ * held, not correctly rounded ones: the mantissa is 10 to the fraction of
+ * the runtime's log10 of the magnitude, rounded once by adding half a unit
+ * of the last place (the runtime's pow), and at most 119 digits follow from
+ * it by repeated multiplication by ten (9.5 with no decimals gives "9").
+ * VL_REAL_TRIM trims whatever the digits are, so without a point it eats the
+ * integer's zeros ("100" with P 0 gives "1", and "0" gives "").  With W
+ * below 6 in the width form a negative count of decimals cuts the text in
+ * front of its point, down to nothing; it never writes in front of `dst`.
  * Answers 0; answers 1 when no digit reaches the places asked for in fixed
  * form: `dst` then holds a zero text such as "0.00" without a sign.  Exponent
  * texts are "e5", "E-4".  Infinities and NaNs (outside the converter's
@@ -663,8 +673,14 @@ typedef struct VL_HDC__ *VL_HDC;
  *      the snapshot that operation 24 returns to (before the first load:
  *      the built-in table).
  *   1  deletes the palette.              3  the count.
- *   2  the Colour dialog is not part of this library: answers 0, as a
- *      dialog closed without OK; nothing is changed or saved.
+ *   2  edits the table in the Colour dialog over the window `handle`; after
+ *      OK with an edit (Update, Add or Delete) the table takes the edits
+ *      and the question "Do you want to save ...?" follows; Yes saves into
+ *      the settings file `value` as operation 22 does and refreshes the
+ *      palette, No keeps the edits unsaved.  Answers 0.  In the dialog,
+ *      Delete of the only row left and the 41st Add are refused with a
+ *      beep, and a name is cut to 24 characters.  Natively there is no
+ *      dialog: 0, nothing changed or saved.
  *   4  makes a pen (`value`: width in 1/500 point, 0 the thinnest; turned
  *      into device units by KELUTIL_3Dsquare command 4100) and selects it.
  *   5  selects the black pen, deletes the pen made.
@@ -708,6 +724,14 @@ int32_t VLAPI KELUTIL_Color(void *handle, uint32_t number, intptr_t value, uint3
  *   12 the palette handle (an HPALETTE), or 0.
  * Answers 0 apart from 5, 10 and 12; other operations do nothing. */
 intptr_t VLAPI KELUTIL_Palette(VL_HDC dc, uint32_t operation, uint32_t count, intptr_t value);
+
+#ifdef _WIN32
+/* The dialog procedure of the Colour dialog (dialog 32002 of the library's
+ * resources), which KELUTIL_Color operation 2 runs.  It answers
+ * WM_INITDIALOG (1), WM_COMMAND (1) and WM_PAINT (0, after painting the
+ * sample); any other message answers 0.  `second` is not used. */
+INT_PTR VLAPI myColorDlg(HWND dialog, UINT message, WPARAM first, LPARAM second);
+#endif
 
 /* Bevelled squares, and the scaling behind them and behind pen widths.
  * `rect` and `out_rect` point to rectangles of four int32_t, left, top,
@@ -983,6 +1007,99 @@ intptr_t VLAPI KelText(VL_HWND window, intptr_t value, intptr_t text, uint32_t c
 /* The window procedure of class VORLAN_SW, and that of its edit control. */
 LRESULT VLAPI EditWndProc(HWND window, UINT message, WPARAM first, LPARAM second);
 LRESULT VLAPI MyEditProc(HWND edit, UINT message, WPARAM first, LPARAM second);
+#endif
+
+/* ------------------------------------------------------------------------
+ * File dialogs: open, save and the multiple-file list
+ * --------------------------------------------------------------------- */
+
+/* The option block that host and dialogs share, one copy in the library:
+ * the host writes it whole and reads it whole.  The layout is fixed (1052
+ * bytes, 32-bit fields at the offsets given), on every target. */
+typedef struct VL_FILE_DIALOG_OPTIONS {
+    uint8_t reserved0[548];   /*    0: the host's, carried along unread */
+    uint32_t dwReadOnly;      /*  548: read-only box of the last good open */
+    uint8_t reserved1[8];     /*  552 */
+    uint32_t dwIncludeHeader; /*  560: box "&Include Header" of an export */
+    uint32_t dwExportSection; /*  564: box "&Export Section" of an export */
+    char szSeparator[120];    /*  568: tab, ",", blank, ",\t" or ", " */
+    char szOptionName[120];   /*  688: "IMPASCII" or "EXPASCII" shows the
+                               *       Option button; made upper case */
+    char szTitle[120];        /*  808: title of the next dialog */
+    char szPartialLabel[120]; /*  928: label of the partial-import box;
+                               *       empty hides it */
+    uint32_t dwPartialImport; /* 1048: state of that box */
+} VL_FILE_DIALOG_OPTIONS;
+
+/* Flags of KELUTIL_FileDialog and KELUTIL_FileSaveAs. */
+#define VL_FD_OPEN_FILE 0x0001   /* open: open the chosen file, answer its handle */
+#define VL_FD_SET_OPTIONS 0x0008 /* open: block from `name`, callback `spec` */
+#define VL_FD_DIRECTORY 0x0010   /* open: the directory into `name`; save: block from `name` */
+#define VL_FD_GET_OPTIONS 0x0020 /* the block into `name` (1052 bytes) */
+#define VL_FD_EXPORT 0x0080      /* save: the export dialog */
+#define VL_FD_PRESET 0x0200      /* open: where the next dialog opens */
+#define VL_FD_COMMENT 0x0400     /* save: 1024 read, 1280 set, 1536 enable */
+#define VL_FD_NO_MEMORY 0x1000   /* nothing remembered decides the first view */
+#define VL_FD_EXPLORER 0x2000    /* the platform's Explorer-style dialog */
+#define VL_FD_NO_TITLE 0x8000    /* as `name`: the next open dialog keeps its template's title */
+
+/* The open dialog, or a command by `flags` (the first that applies):
+ * `name` 0x8000: the next open dialog uses its template's title; 0.
+ * 8: copies 1052 bytes from `name` into the option block, takes `spec` as
+ *    the Option button's host callback (message 4100) and `owner` as its
+ *    window; 0.
+ * 0x20: copies the block to `name`; 0.
+ * 0x10: the directory the next dialog opens in, into `name` (267 bytes);
+ *    an empty `name` has the directory of the last extension looked up
+ *    first (which may ask the file callback); 0.
+ * 0x200: preset: `spec` (when not empty) becomes the next extension, and
+ *    `name` (when not empty) the next directory; without a directory, a
+ *    preset extension is looked up (nobody asked): 1 when not known, else 0.
+ * Otherwise the dialog: `spec` is null (types from the file type table) or
+ * a list of patterns apart by blanks, as "*.TXT *.DAT" (writable: an
+ * extension of more than 3 characters is cut in it).  Answers -1 when the
+ * user cancelled or the dialog failed (also when the file failed to open),
+ * 1 when the chosen drive does not exist, 0 when a name was chosen, or with
+ * flag 1 the file's handle opened for reading.  On 0 or a handle `name`
+ * (at least 266 bytes) holds the name without directory, and the working
+ * directory is the chosen one.  Natively there is no dialog: -1. */
+int32_t VLAPI KELUTIL_FileDialog(VL_HWND owner, char *name, char *spec, uint32_t flags);
+
+/* The save dialog, or a command by `flags` (the first that applies):
+ * 0x400: the comment line of the save dialogs, by the low 16 bits: 1024
+ *    copies it to `name` (120 bytes), 1280 sets it from `name` (null empties
+ *    it; cut to 119 characters), 1536 makes the first byte at `name` (a
+ *    signed number) the switch of the comment feature; 0.
+ * 0x10: copies 1052 bytes from `name` into the option block; 0.
+ * 0x20: copies the block to `name`; 0.
+ * Otherwise the dialog, with `name` (at least 266 bytes) as the proposed
+ * name, fitted to the type; `spec` as for KELUTIL_FileDialog.  Answers 0
+ * when a name was chosen (`name` then holds the whole path; the working
+ * directory stays), 1 when cancelled, failed, or the drive does not
+ * exist.  Natively there is no dialog: 1. */
+int32_t VLAPI KELUTIL_FileSaveAs(VL_HWND owner, char *name, char *spec, uint32_t flags);
+
+/* The list of chosen files, one full path (at most 265 characters) a row.
+ *   0 frees the list; 0.
+ *   1 the multiple-file dialog on the patterns `text` (writable, as `spec`
+ *     above): the user gathers files from any directories with Add File;
+ *     OK makes them the list.  Answers the number of rows, or -1 when
+ *     cancelled or failed (the list then stays as it was).  Natively -1.
+ *   2 copies row `value` (from 0) to `text` (266 bytes); a row that is not
+ *     in the list gives "error".  0.
+ *   3 makes the list `value` rows cut from `text` at carriage returns
+ *     (rows beyond the text are empty, longer rows cut to 265
+ *     characters); 0.  Choice of this library: a `value` outside 0 to
+ *     VL_FILE_LIST_ROWS answers 1 and keeps the old list.
+ * Other operations answer `op` and do nothing. */
+#define VL_FILE_LIST_ROWS 4096
+int32_t VLAPI KELUTIL_MultiFile(VL_HWND owner, char *text, int32_t value, uint32_t op);
+
+#ifdef _WIN32
+/* The hooks of the library's file dialogs (their templates are resources
+ * 3000 to 3003); the platform's dialog calls them. */
+UINT_PTR VLAPI FileOpenHookProc(HWND dialog, UINT message, WPARAM first, LPARAM second);
+UINT_PTR VLAPI MultiFileHookProc(HWND dialog, UINT message, WPARAM first, LPARAM second);
 #endif
 
 /* ------------------------------------------------------------------------

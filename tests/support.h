@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -14,7 +16,25 @@
 #include <string_view>
 #include <vector>
 
+#ifdef _WIN32
+// The import slot of the C runtime's pow; the compiler kit's own pow, under
+// the plain name, gives other bits.
+extern "C" double(__cdecl* __MINGW_IMP_SYMBOL(pow))(double, double);
+#endif
+
 namespace vltest {
+
+// pow of the platform's C runtime, as the library calls it; the volatile
+// keeps the compiler from folding a call with constant arguments into a
+// correctly rounded constant of its own.
+inline double runtime_pow(double x, double y) {
+    volatile double base = x;
+#ifdef _WIN32
+    return (*__MINGW_IMP_SYMBOL(pow))(base, y);
+#else
+    return std::pow(base, y);
+#endif
+}
 
 constexpr unsigned char kPoison = 0xCC;
 
@@ -47,7 +67,8 @@ class Poisoned {
 // A writable copy of a text with poison behind its terminator.
 inline std::vector<char> writable(const std::string& s, std::size_t slack = 8) {
     std::vector<char> v(s.size() + 1 + slack, static_cast<char>(kPoison));
-    std::memcpy(v.data(), s.c_str(), s.size() + 1);
+    std::copy(s.begin(), s.end(), v.begin());
+    v[s.size()] = '\0';
     return v;
 }
 

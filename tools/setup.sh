@@ -8,7 +8,7 @@
 set -euo pipefail
 
 packages=(
-  build-essential cmake git
+  build-essential cmake git pkg-config python3
   googletest libgtest-dev libbenchmark-dev
   clang libclang-rt-14-dev
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64-x86-64 binutils-mingw-w64-i686

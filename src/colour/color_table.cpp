@@ -50,7 +50,7 @@ constexpr std::size_t kValueRoom = 120;
 constexpr int32_t kFarther = 260100;
 
 // KELUTIL_Palette operations the table calls on.
-constexpr uint32_t kPaletteBuild = 0, kPaletteDelete = 1, kPaletteColour = 10;
+constexpr uint32_t kPaletteBuild = 0, kPaletteDelete = 1, kPaletteRefresh = 6, kPaletteColour = 10;
 // KELUTIL_3Dsquare's command that turns a line width into device units.
 constexpr uint32_t kLineWidth = 4100;
 
@@ -129,6 +129,15 @@ int32_t save(const char* path) noexcept {
         platform::write_private_profile_string(kSection, row.name.data(), value.data(), path);
     }
     return table.count;
+}
+
+// The Colour dialog; only an OK after an edit leads to the question, and
+// only Yes writes the file and brings the palette up to the new table.
+void edit(void* owner, const char* path) noexcept {
+    if (dialog::run(owner) != 1) return;
+    if (!dialog::ask_to_save()) return;
+    save(path);
+    KELUTIL_Palette(nullptr, kPaletteRefresh, 0, 0);
 }
 
 // Stores the RGB of a row, or 0; 1 when there is none to give.
@@ -278,9 +287,7 @@ extern "C" int32_t VLAPI KELUTIL_Color(void* handle, uint32_t number_arg, intptr
     switch (operation) {
         case kLoad: return load(reinterpret_cast<const char*>(value));
         case kEnd: KELUTIL_Palette(nullptr, kPaletteDelete, 0, 0); return 0;
-        // The Colour dialog is not part of this library: the edit ends as
-        // a dialog closed without OK would.
-        case kEdit: return 0;
+        case kEdit: edit(handle, reinterpret_cast<const char*>(value)); return 0;
         case kCount: return table.count;
         case kMakePen: return make_pen(dc, number, value);
         case kReleasePen: release_pen(dc); return 0;

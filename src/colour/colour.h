@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 #include "vlcore.h"
 
@@ -76,6 +77,70 @@ extern PaletteEntries palette_entries;
 extern int8_t color_type;
 
 PaletteEntry palette_entry(uint32_t rgb) noexcept;
+
+// ---- The Colour dialog ---------------------------------------------------------
+// The dialog edits a working copy of the table; the table itself changes
+// only when the user confirms an edit with OK.
+
+// The characters of a name that the dialog's name box gives a row.
+constexpr std::size_t kDialogNameChars = 24;
+constexpr std::size_t kCustomColours = 16;
+// The list box's answer when no row is selected (LB_ERR).
+constexpr int32_t kNoRow = -1;
+
+// `color_work.count` is the dialog's `color_work_count`.
+extern ColorTable color_work;
+// Set by Update, Add and Delete; cleared when the dialog opens.
+extern uint16_t color_modified;
+// The custom colours the system colour chooser offers.
+extern std::array<uint32_t, kCustomColours> color_custom;
+
+// The system colour chooser's record, field by field (CHOOSECOLORA; the
+// layout is checked against the system's where the dialog is built).
+struct ColorChooser {
+    uint32_t size = 0;
+    void* owner = nullptr;
+    void* instance = nullptr;
+    uint32_t result = 0;  // 0x00BBGGRR
+    uint32_t* custom = nullptr;
+    uint32_t flags = 0;
+    intptr_t custom_data = 0;
+    void* hook = nullptr;
+    const char* template_name = nullptr;
+};
+constexpr uint32_t kChooserFullOpen = 2;
+extern ColorChooser color_chooser;
+
+// Opening: the custom colours become a gray ramp from 255 down to 15, and
+// the chooser's record points at them with `owner` as its owner.
+void reset_chooser(void* owner) noexcept;
+// Step 0: the working copy takes the table's rows; step 2 gives them back.
+void load_work() noexcept;
+void commit_work() noexcept;
+bool has_work_row(int32_t row) noexcept;
+// Step 3 without its list: a new empty last row, or kNoRow when all 40
+// are in use.
+int32_t add_work_row() noexcept;
+// Step 5 without its list: the name cut to kDialogNameChars characters and
+// each number to its low 8 bits.  A row that does not exist is left alone.
+void update_work_row(int32_t row, std::string_view name, uint32_t red, uint32_t green, uint32_t blue) noexcept;
+// Step 6 without its list: the rows behind `row` move down by one.
+// Refused (false) for a row that does not exist and for the only row left,
+// so that the list always keeps a row to select.
+bool delete_work_row(int32_t row) noexcept;
+// Steps 7 and 8: false when the row does not exist.
+bool work_rgb(int32_t row, uint32_t& rgb) noexcept;
+bool set_work_rgb(int32_t row, uint32_t rgb) noexcept;
+
+// The dialog and the question after it, with the window system; natively
+// the dialog ends at once as cancelled (2) and the question is never asked.
+namespace dialog {
+// DialogBoxParamA of dialog 32002 over `owner`: 1 after OK with an edit,
+// 2 otherwise, -1 when the dialog could not be made.
+intptr_t run(void* owner) noexcept;
+// The message box "Do you want to save ...?": true for Yes.
+bool ask_to_save() noexcept;
+}  // namespace dialog
 
 // ---- The window system ---------------------------------------------------------
 // Natively these make nothing, select nothing and add nothing.

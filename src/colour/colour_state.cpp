@@ -78,6 +78,11 @@ void* color_palette = nullptr;
 PaletteEntries palette_entries{};
 int8_t color_type = 0;
 
+ColorTable color_work{};
+uint16_t color_modified = 0;
+std::array<uint32_t, kCustomColours> color_custom{};
+ColorChooser color_chooser{};
+
 int32_t line_width_units(int16_t width) noexcept {
     const double units = square_resolution * 0.013888888888888888 * (width * 0.002) * (square_zoom * 0.01) + 0.5;
     return static_cast<int32_t>(units);

@@ -27,3 +27,11 @@ void end_device_units(VL_HDC /*dc*/) noexcept {}
 void* stock(int /*number*/) noexcept { return nullptr; }
 
 }  // namespace vl::colour::gdi
+
+namespace vl::colour::dialog {
+
+// No dialog to show: the edit ends as a dialog closed without OK does.
+intptr_t run(void* /*owner*/) noexcept { return 2; }
+bool ask_to_save() noexcept { return false; }
+
+}  // namespace vl::colour::dialog

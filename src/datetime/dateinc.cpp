@@ -73,8 +73,9 @@ void calendar_step(double* date, double step) noexcept {
     double count = step;
     const int32_t unit = DateTime_UnitValue(&count, kUnitInDays | kUnitIndex, nullptr);
     if (unit == 0) {
+        // Added as days, as operation 0 adds: the date does not pass through
+        // the last-step double, which keeps what it held.
         *date += step;
-        last_step = *date;
         return;
     }
     // 4.-5. Months and years move; the year takes the months' carry.
@@ -154,7 +155,12 @@ using namespace vl::datetime;
 
 extern "C" int32_t VLAPI KELUTIL_dateinc(double* date, intptr_t argument, uint32_t operation) {
     const auto op = static_cast<uint16_t>(operation);
-    if (op == kStepKind) return static_cast<int32_t>(last_step);
+    if (op == kStepKind) {
+        // Truncated as an integer; a value no integer holds gives the
+        // integer indefinite rather than undefined behaviour.
+        const double t = std::trunc(last_step);
+        return t >= -2147483648.0 && t < 2147483648.0 ? static_cast<int32_t>(t) : INT32_MIN;
+    }
     if (!date) return 0;
     switch (op) {
         case kAdd:

@@ -145,6 +145,13 @@ struct SystemTime {
 int32_t date_picture(const SystemTime& t, const char* picture, std::span<char> out) noexcept;
 int32_t time_picture(const SystemTime& t, const char* picture, std::span<char> out) noexcept;
 
+// ---- The runtime's mathematics ---------------------------------------------
+// pow of the platform's C runtime: msvcrt's on Windows, not the compiler
+// kit's own replacement, which is several units in the last place off for
+// negative powers of ten; the C library's natively.  Numbers read and
+// printed by earlier releases depend on its exact bits.
+double runtime_pow(double x, double y) noexcept;
+
 // ---- Bessel functions -----------------------------------------------------
 // The runtime's Bessel functions of the first (j) and second (y) kind:
 // _j0 and its family on Windows, j0 and its family natively.  Values agree
@@ -171,6 +178,9 @@ bool under_single_root(const char* path) noexcept;
 // CharPrevA: the start of the character in front of `current`, never
 // before `start`.
 const char* char_prev(const char* start, const char* current) noexcept;
+// _chdrive to the drive of `dir` (its letter, any case; none for a path
+// without one) and _chdir to `dir`; false when either fails.
+bool change_directory(const char* dir) noexcept;
 
 // ---- Module ---------------------------------------------------------------
 // The handle the library was loaded under (HINSTANCE on Windows, the base

@@ -1,11 +1,12 @@
 // Format-directed output of one double: KELUTIL_sprintf and the digit-row
 // converter KELUTIL_real_str behind its exponent and general conversions.
 //
-// The converter makes its digits from a mantissa between 1 and 10, rounded
-// once by adding half a unit of the last place wanted.  The mantissa is the
-// magnitude divided by an exactly rounded power of ten rather than ten to the
-// fractional part of the logarithm: the division is the same on every target,
-// where the runtime's logarithm and power functions are not.
+// The converter makes its digits itself, the way saved files of earlier
+// releases were printed: ten to the fractional part of the logarithm gives a
+// mantissa between 1 and 10, half a unit of the last place wanted rounds it
+// once, and repeated multiplication by ten gives the digits.  The digits are
+// not correctly rounded (9.5 to no decimals gives "9"); they are the ones the
+// host has always written.
 
 #include <algorithm>
 #include <bit>
@@ -14,6 +15,7 @@
 #include <cstring>
 
 #include "internal/values.h"
+#include "platform/platform.h"
 #include "text/digits.h"
 #include "text/text.h"
 #include "vlcore.h"
@@ -23,9 +25,6 @@ namespace {
 
 constexpr int32_t kMaxDigits = 119;
 constexpr int32_t kTrimAll = 100;
-// Below this decade the power of ten would be subnormal and inexact.
-constexpr int32_t kNormalDecade = -290;
-constexpr int32_t kLift = 30;
 
 enum Mode : uint32_t {
     kFixed = 1,
@@ -35,24 +34,6 @@ enum Mode : uint32_t {
     kTrim = 16,
     kUpper = 128,
 };
-
-// The decimal exponent x of a finite, normal magnitude and its mantissa,
-// 1 <= mantissa < 10.
-double split_decimal(double mag, int32_t& x) noexcept {
-    // 1. The decimal exponent, exactly.
-    x = decimal_exponent(mag);
-    // 2. The mantissa by one division (lifted first where the power would be
-    //    subnormal); a quotient rounded up to 10 moves on one decade.
-    double mantissa = x >= kNormalDecade ? mag / pow10(x) : (mag * pow10(kLift)) / pow10(x + kLift);
-    if (mantissa >= 10.0) {
-        mantissa /= 10.0;
-        ++x;
-    } else if (mantissa < 1.0) {
-        mantissa *= 10.0;
-        --x;
-    }
-    return mantissa;
-}
 
 // The exponent of the last place kept, as step 3 of the converter chooses it.
 int32_t rounding_place(uint32_t kind, int32_t p, int32_t x, bool negative) noexcept {
@@ -64,30 +45,19 @@ int32_t rounding_place(uint32_t kind, int32_t p, int32_t x, bool negative) noexc
     }
 }
 
-// Writes the first `count` digits of `mantissa` (0 <= mantissa < 10) and a
-// terminator.  Up to 15 digits come from one product with an exact power of
-// ten, whose integer part a double holds exactly; any further digits (past
-// the precision of a double) one by one from the remainder.
+// Writes `count` digits of `mantissa` and a terminator: the whole part is
+// the digit, the rest is multiplied by ten for the next.  No rounding here,
+// the rounding term has done it.  Where a large rounding term has pushed the
+// mantissa past 10 (a fixed form with places far above the value), the first
+// "digit" is that whole number, cut to a byte as it always was; only the
+// width form can show it.
 void make_digits(double mantissa, char* row, int32_t count) noexcept {
-    constexpr int32_t kChunk = 15;
-    // A rounding term far above the mantissa (a fixed form asked for places
-    // far above the value) leaves no digit that can show: nines, as the
-    // digits of a row clamp to 9.
-    if (!(mantissa < 10.0)) mantissa = std::nextafter(10.0, 0.0);
-    const int32_t head = std::min(count, kChunk);
-    const double scaled = mantissa * pow10(head - 1);
-    auto whole = static_cast<uint64_t>(scaled);
-    const uint64_t limit = static_cast<uint64_t>(pow10(head)) - 1;
-    if (whole > limit) whole = limit;
-    for (int32_t i = head - 1; i >= 0; --i) {
-        row[i] = static_cast<char>('0' + whole % 10);
-        whole /= 10;
-    }
-    double rest = (scaled - std::floor(scaled)) * 10.0;
-    for (int32_t i = head; i < count; ++i) {
-        const int digit = std::clamp(static_cast<int>(rest), 0, 9);
+    for (int32_t i = 0; i < count; ++i) {
+        // A mantissa that overflowed to infinity or beyond int range stops
+        // at its first digit rather than converting out of range.
+        const auto digit = mantissa < 1e9 ? static_cast<int32_t>(mantissa) : 0;
         row[i] = static_cast<char>('0' + digit);
-        rest = (rest - digit) * 10.0;
+        mantissa = (mantissa - digit) * 10.0;
     }
     row[count] = '\0';
 }
@@ -100,7 +70,7 @@ struct Layout {
     bool exponent;
 };
 
-// How many digits of the row place_point can show under `layout`.
+// How many digits of the row place_point can show under `layout`, at most.
 int32_t digits_used(const Layout& layout) noexcept {
     if (layout.e >= 0) {
         const int32_t decimals = layout.decimals < 0 ? layout.n - layout.e - 1 : layout.decimals;
@@ -118,18 +88,24 @@ bool place_point(std::span<char> text, int32_t n, int32_t decimals, int32_t e) n
     auto len = static_cast<int32_t>(strnlen(row, text.size()));
     bool ok = true;
     if (e >= 0) {
-        // 1. The point behind digit e, the text cut behind the decimals; a
-        //    row too short for the integer places is filled with zeros.
-        if (decimals < 0) decimals = std::max(n - e - 1, 0);
+        // 1. The point behind digit e, the text cut behind the decimals.  A
+        //    negative count left after n - e - 1 cuts in front of the point,
+        //    into the integer digits, down to nothing; a row too short for
+        //    the integer places is filled with zeros.
+        if (decimals < 0) decimals = n - e - 1;
         e = std::min(e, room - 3);
         if (len < e + 1) {
             std::fill(row + len, row + e + 1, '0');
             len = e + 1;
         }
-        const int32_t frac = std::min({decimals, len - (e + 1), room - e - 3});
-        std::memmove(row + e + 2, row + e + 1, static_cast<std::size_t>(frac));
-        row[e + 1] = '.';
-        row[e + 2 + frac] = '\0';
+        if (decimals >= 0) {
+            const int32_t frac = std::min({decimals, len - (e + 1), room - e - 3});
+            std::memmove(row + e + 2, row + e + 1, static_cast<std::size_t>(frac));
+            row[e + 1] = '.';
+            row[e + 2 + frac] = '\0';
+        } else {
+            row[std::max(e + 2 + decimals, 0)] = '\0';
+        }
     } else {
         // 2. "0." and zeros: 1 - e characters, at most the places plus one.
         int32_t places = decimals + 1;
@@ -181,8 +157,20 @@ int32_t VLAPI KELUTIL_real_str(double value, uint32_t mode, uint32_t width, uint
     int32_t count = p + 1;
     double mantissa = 0.0;
     if (field != 0) {
-        // 2. Decimal exponent and mantissa.
-        mantissa = split_decimal(std::fabs(value), x);
+        // 2. Decimal exponent and mantissa from the logarithm: x is its
+        //    whole part (16 bits, one less below zero), f what is left.
+        const double l = std::log10(std::fabs(value));
+        x = static_cast<int16_t>(l);
+        if (l < 0.0) --x;
+        double f = l - x;
+        if (f >= 1.0) {
+            f -= 1.0;
+            ++x;
+        } else if (f < 0.0) {
+            f += 1.0;
+            --x;
+        }
+        mantissa = platform::runtime_pow(10.0, f);
         // 3.-4. Round once, by half a unit of the last place kept.
         mantissa += 0.5 * pow10(rounding_place(kind, p, x, negative));
         if (mantissa >= 10.0) {
@@ -223,7 +211,9 @@ int32_t VLAPI KELUTIL_real_str(double value, uint32_t mode, uint32_t width, uint
     if (ok) {
         // 9. Sign, digits with the fraction's zeros trimmed on request.
         if (negative) *out++ = '-';
-        if ((mode & kTrim) && std::memchr(row, '.', len)) len = trim_trailing_zeros(row, len, kTrimAll);
+        // The trim runs on the digits as they stand, point or none: a row
+        // without a point loses the zeros of its integer part too.
+        if (mode & kTrim) len = trim_trailing_zeros(row, len, kTrimAll);
     }
     std::memcpy(out, row, len);
     out += len;

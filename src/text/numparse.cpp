@@ -1,7 +1,10 @@
 // Reading numbers from text.  Plain hand-written parsers: no locale and no
-// runtime conversion, only exact powers of ten, so every target reads a
-// text to the same double.
+// runtime conversion, only the runtime's power of ten.  Numbers saved by
+// earlier releases were read with exactly these steps, so the double is
+// formed in their order, not correctly rounded.
 
+#include <array>
+#include <cmath>
 #include <cstring>
 
 #include "internal/values.h"
@@ -15,14 +18,17 @@ uint8_t number_error_flag = 0;
 
 namespace {
 
-// Correctly rounded powers of ten, 1e-323 to 1e308, from the compiler's own
-// reading of the literals.
-constexpr int kPow10Min = -323;
-constexpr int kPow10Max = 308;
-constexpr double kPow10[] = {
-#include "text/pow10_table.inc"
-};
-static_assert(sizeof kPow10 / sizeof kPow10[0] == kPow10Max - kPow10Min + 1);
+// The runtime's pow(10.0, n) for the exponents that a double can show,
+// taken once when the library loads: the parser and the converters multiply
+// by exactly what pow gives, including the few n where pow is not correctly
+// rounded, without paying for a pow call per number.
+constexpr int kPow10Min = -330;
+constexpr int kPow10Max = 310;
+const std::array<double, kPow10Max - kPow10Min + 1> kPow10 = [] {
+    std::array<double, kPow10Max - kPow10Min + 1> table{};
+    for (int n = kPow10Min; n <= kPow10Max; ++n) table[static_cast<std::size_t>(n - kPow10Min)] = platform::runtime_pow(10.0, n);
+    return table;
+}();
 
 enum class Part { integer, fraction };
 
@@ -62,9 +68,8 @@ int hex_digit(char c) noexcept {
 }  // namespace
 
 double pow10(int32_t e) noexcept {
-    if (e < kPow10Min) return 0.0;
-    if (e > kPow10Max) return __builtin_huge_val();
-    return kPow10[e - kPow10Min];
+    if (e < kPow10Min || e > kPow10Max) return platform::runtime_pow(10.0, e);
+    return kPow10[static_cast<std::size_t>(e - kPow10Min)];
 }
 
 }  // namespace vl::text

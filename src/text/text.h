@@ -29,8 +29,9 @@ int str_prefix_cmpi(const char* prefix, const char* text) noexcept;
 // The number error flag: 0 good, 1 bad number.
 extern uint8_t number_error_flag;
 
-// 10.0 to the power `e`, correctly rounded; 0 below the smallest
-// subnormal, infinity above the largest double.
+// 10.0 to the power `e` exactly as the runtime's pow(10.0, e) gives it (not
+// always correctly rounded): 0 below the smallest subnormal, infinity above
+// the largest double.
 double pow10(int32_t e) noexcept;
 
 }  // namespace vl::text

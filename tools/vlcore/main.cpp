@@ -12,6 +12,8 @@
 //   vlcore date VALUE [FORMAT]        a date value printed by a date format
 //   vlcore parsedate TEXT [FORMAT]    a date read from text, and printed back
 //   vlcore time VALUE [FORMAT]        the time in a value printed by a time format
+//   vlcore open [FILTER]              the open dialog (Windows): the name chosen
+//   vlcore save NAME                  the save dialog (Windows): the path chosen
 //   vlcore printers                   the printers the library sees, the default marked
 //   vlcore print FILE                 a text file printed through the printer device
 //   vlcore console [SCRIPT]           the script window (Windows build)
@@ -64,6 +66,9 @@ int usage(const char* why = nullptr) {
         "  time VALUE [FORMAT]\n"
         "                 print the time of day in VALUE (or a length in days) by a time format,\n"
         "                 0 to 12; without FORMAT all of them\n"
+        "  open [FILTER]  show the open dialog (Windows build): FILTER is a list of patterns\n"
+        "                 such as \"*.DAT *.TXT\", without it the types Data, Text and All files\n"
+        "  save NAME      show the save dialog (Windows build) proposing NAME\n"
         "  printers       list the printers the library sees; * marks the default\n"
         "  print FILE     print a text file on the default printer (Windows build)\n"
 #ifdef _WIN32
@@ -362,6 +367,47 @@ int cmd_parsedate(int argc, char** argv) {
     return 0;
 }
 
+#ifdef _WIN32
+// The file types the dialogs offer when no patterns are given.
+void default_file_types() {
+    int32_t row = 1;
+    for (const char* description : {"Data *.DAT", "Text *.TXT", "\"All files\" *.*"})
+        KELUTIL_Fdlog_Str(const_cast<char*>(description), row++, 19);
+}
+#endif
+
+int cmd_file_dialog(int argc, char** argv, bool save) {
+#ifndef _WIN32
+    (void)argc;
+    (void)argv;
+    std::fprintf(stderr, "vlcore: '%s' shows a dialog: run the Windows build (vlcore.exe under Wine)\n",
+                 save ? "save" : "open");
+    return 1;
+#else
+    if (save ? argc != 3 : argc > 3) return usage(save ? "'save' takes a NAME" : "'open' takes an optional FILTER");
+    default_file_types();
+    std::vector<char> spec;
+    if (!save && argc == 3) spec.assign(argv[2], argv[2] + std::strlen(argv[2]) + 1);
+    std::vector<char> name(400, '\0');
+    if (save) std::strncpy(name.data(), argv[2], name.size() - 1);
+    const int32_t result = save ? KELUTIL_FileSaveAs(nullptr, name.data(), nullptr, 0)
+                                : KELUTIL_FileDialog(nullptr, name.data(), spec.empty() ? nullptr : spec.data(), 0);
+    const bool chosen = result == 0;
+    std::printf("%-10s %" PRId32 " (%s)\n", "result", result, chosen ? "chosen" : save ? "cancelled" : "cancelled or failed");
+    if (!chosen) return 1;
+    std::printf("%-10s %s\n", save ? "path" : "name", name.data());
+    char dir[300] = "";
+    KELUTIL_FileDialog(nullptr, dir, nullptr, 0x10);
+    std::printf("%-10s %s\n", "directory", dir);
+    if (save) {
+        char comment[128] = "";
+        KELUTIL_FileSaveAs(nullptr, comment, nullptr, 1024);
+        std::printf("%-10s %s\n", "comment", comment);
+    }
+    return 0;
+#endif
+}
+
 // The printer device's operations that the tool uses.
 constexpr uint32_t kPrinterBlockDC = 3, kPrinterTakeDefault = 11, kPrinterDeviceName = 14, kPrinterPort = 15;
 
@@ -499,6 +545,7 @@ int main(int argc, char** argv) {
     if (cmd == "names") return cmd_names(argc, argv);
     if (cmd == "parsedate") return cmd_parsedate(argc, argv);
     if (cmd == "date" || cmd == "time") return cmd_date_time(argc, argv, cmd == "date");
+    if (cmd == "open" || cmd == "save") return cmd_file_dialog(argc, argv, cmd == "save");
     if (cmd == "printers") return argc == 2 ? cmd_printers() : usage("'printers' takes no arguments");
     if (cmd == "print") return argc == 3 ? cmd_print_file(argv[2]) : usage("'print' takes exactly one FILE");
 #ifdef _WIN32

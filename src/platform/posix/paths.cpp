@@ -19,3 +19,9 @@ bool under_single_root(const char* path) noexcept { return path && path[0] == '/
 const char* char_prev(const char* start, const char* current) noexcept { return current > start ? current - 1 : start; }
 
 }  // namespace vl::platform
+
+namespace vl::platform {
+
+bool change_directory(const char* dir) noexcept { return dir && *dir && ::chdir(dir) == 0; }
+
+}  // namespace vl::platform

@@ -1,4 +1,4 @@
-// Bessel functions on Windows: the runtime's _j0 family.
+// The runtime's mathematics on Windows: pow and the _j0 family of msvcrt.
 
 #include <math.h>
 
@@ -13,9 +13,14 @@ double __cdecl _jn(int n, double x);
 double __cdecl _y0(double x);
 double __cdecl _y1(double x);
 double __cdecl _yn(int n, double x);
+// The import slot of msvcrt's pow: the compiler kit links a pow of its own
+// under the plain name.
+extern double(__cdecl* __MINGW_IMP_SYMBOL(pow))(double, double);
 }
 
 namespace vl::platform {
+
+double runtime_pow(double x, double y) noexcept { return (*__MINGW_IMP_SYMBOL(pow))(x, y); }
 
 double bessel_j0(double x) noexcept { return ::_j0(x); }
 double bessel_j1(double x) noexcept { return ::_j1(x); }

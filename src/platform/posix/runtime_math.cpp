@@ -1,10 +1,13 @@
-// Bessel functions natively: the C library's POSIX j0 family.
+// The runtime's mathematics natively: the C library's pow and its POSIX j0
+// family.
 
 #include <math.h>
 
 #include "platform/platform.h"
 
 namespace vl::platform {
+
+double runtime_pow(double x, double y) noexcept { return ::pow(x, y); }
 
 double bessel_j0(double x) noexcept { return ::j0(x); }
 double bessel_j1(double x) noexcept { return ::j1(x); }

@@ -1,0 +1,142 @@
+// Drives modal dialogs as a user would: a thread timer, which every modal
+// loop of the thread dispatches, plays a list of actions one per tick, and
+// an action that waits for a window tries again at the next tick.  A
+// watchdog ends every dialog of the thread and fails the test when the
+// list is not done in time, so a stuck dialog can never hang the run.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace vltest {
+
+inline std::string window_text(HWND window) {
+    char text[512] = {};
+    GetWindowTextA(window, text, sizeof text);
+    return text;
+}
+
+// Window enumerators are stdcall functions on 32-bit Windows, which a
+// lambda does not convert to.
+inline BOOL CALLBACK collect_dialog(HWND window, LPARAM list) {
+    char name[16] = {};
+    GetClassNameA(window, name, sizeof name);
+    if (std::string(name) == "#32770" && IsWindowVisible(window))
+        reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+    return TRUE;
+}
+
+inline BOOL CALLBACK collect_text(HWND child, LPARAM text) {
+    *reinterpret_cast<std::string*>(text) += window_text(child) + "|";
+    return TRUE;
+}
+
+// The visible dialogs (class "#32770") of this thread, topmost first.
+inline std::vector<HWND> thread_dialogs() {
+    std::vector<HWND> found;
+    EnumThreadWindows(GetCurrentThreadId(), collect_dialog, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
+// The texts of a window's children, apart by '|'.
+inline std::string child_texts(HWND window) {
+    std::string out;
+    EnumChildWindows(window, collect_text, reinterpret_cast<LPARAM>(&out));
+    return out;
+}
+
+class DialogDriver {
+  public:
+    // An action answers true when it is done, false to be tried again at
+    // the next tick (a window it waits for is not there yet).
+    using Action = std::function<bool()>;
+
+    explicit DialogDriver(DWORD watchdog_ms = 30000) : watchdog_ms_(watchdog_ms) {}
+
+    void then(std::string label, Action action) { actions_.push_back({std::move(label), std::move(action)}); }
+
+    // Runs `body`, which shows a modal dialog, while the actions play.
+    // Fails when the watchdog fires or `body` comes back with actions left.
+    template <class Body>
+    void run(Body body) {
+        current_ = this;
+        next_ = 0;
+        deadline_ = GetTickCount64() + watchdog_ms_;
+        const UINT_PTR timer = SetTimer(nullptr, 0, kTickMs, &DialogDriver::tick);
+        ASSERT_NE(timer, 0u);
+        body();
+        KillTimer(nullptr, timer);
+        current_ = nullptr;
+        if (!timed_out_ && next_ < actions_.size())
+            ADD_FAILURE() << "the dialog ended before the step \"" << actions_[next_].label << "\"";
+        // Anything left open by a failing run is closed here.
+        for (int round = 0; round < 50 && !thread_dialogs().empty(); ++round) close_all(), pump();
+        EXPECT_TRUE(thread_dialogs().empty()) << "no dialog is left open";
+    }
+
+    bool timed_out() const { return timed_out_; }
+
+    static void pump() {
+        MSG msg;
+        while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&msg);
+            DispatchMessageA(&msg);
+        }
+    }
+
+  private:
+    struct Step {
+        std::string label;
+        Action action;
+    };
+    static constexpr UINT kTickMs = 15;
+
+    // Message boxes are answered No, all other dialogs Cancel.
+    static void close_all() {
+        for (HWND dialog : thread_dialogs()) {
+            const bool question = GetDlgItem(dialog, IDNO) != nullptr;
+            PostMessageA(dialog, WM_COMMAND, question ? IDNO : IDCANCEL, 0);
+        }
+    }
+
+    static void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD) {
+        DialogDriver* self = current_;
+        if (self == nullptr) return;
+        if (self->timed_out_ || GetTickCount64() > self->deadline_) {
+            if (!self->timed_out_) {
+                self->timed_out_ = true;
+                ADD_FAILURE() << "watchdog: the dialogs were closed at the step \""
+                              << (self->next_ < self->actions_.size() ? self->actions_[self->next_].label
+                                                                      : std::string("(all done)"))
+                              << "\"";
+            }
+            close_all();
+            return;
+        }
+        if (self->next_ >= self->actions_.size()) return;
+        // The step counts as taken before it runs: an action that opens a
+        // nested modal dialog lets the following steps play inside it.
+        const std::size_t index = self->next_++;
+        ++self->running_;
+        SCOPED_TRACE("step \"" + self->actions_[index].label + "\"");
+        const bool done = self->actions_[index].action();
+        --self->running_;
+        if (!done && self->next_ == index + 1) self->next_ = index;  // try it again
+    }
+
+    std::vector<Step> actions_;
+    std::size_t next_ = 0;
+    int running_ = 0;
+    bool timed_out_ = false;
+    DWORD watchdog_ms_;
+    ULONGLONG deadline_ = 0;
+    static inline DialogDriver* current_ = nullptr;
+};
+
+}  // namespace vltest
