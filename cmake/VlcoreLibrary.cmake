@@ -10,6 +10,7 @@ add_custom_command(
           -DRC_IN=${PROJECT_SOURCE_DIR}/resources/vlcore.rc.in -DRC_OUT=${VLCORE_GEN}/vlcore.rc
           -DINC_OUT=${VLCORE_GEN}/string_table.inc -P ${PROJECT_SOURCE_DIR}/cmake/GenerateResources.cmake
   DEPENDS ${PROJECT_SOURCE_DIR}/resources/strings.tsv ${PROJECT_SOURCE_DIR}/resources/vlcore.rc.in
+          ${PROJECT_SOURCE_DIR}/resources/script.rc ${PROJECT_SOURCE_DIR}/resources/script_ids.h
           ${PROJECT_SOURCE_DIR}/cmake/GenerateResources.cmake
   COMMENT "Generating the string table")
 
@@ -100,6 +101,8 @@ if(WIN32)
 else()
   list(APPEND VLCORE_SOURCES src/colour/gdi_posix.cpp)
 endif()
+# The script window's decisions that need no window system.
+list(APPEND VLCORE_SOURCES src/script/script_logic.cpp)
 # Device-independent bitmaps: the platform-free DIB arithmetic.
 list(APPEND VLCORE_SOURCES src/output/dib.cpp)
 if(WIN32)
@@ -128,6 +131,9 @@ if(WIN32)
     src/platform/win32/system.cpp
     src/platform/win32/text.cpp
     src/script/window_class.cpp)
+  # The script window: its procedure, the Enter key, files and printing.
+  list(APPEND VLCORE_SOURCES src/script/script_window_win32.cpp src/script/script_edit_win32.cpp
+    src/script/script_file_win32.cpp src/script/script_print_win32.cpp)
 else()
   list(APPEND VLCORE_SOURCES
     src/platform/posix/runtime_math.cpp

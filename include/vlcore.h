@@ -969,6 +969,47 @@ int32_t VLAPI KELUTIL_Fdlog_Str(char *text, int32_t row, uint32_t operation);
 void VLAPI check_extension(char *path, const char *ext, int32_t replace);
 
 /* ------------------------------------------------------------------------
+ * Script window
+ *
+ * The console in which the user types script lines for the host: a
+ * top-level window of class VORLAN_SW with one multi-line edit control
+ * (child id 4), a File/Edit/Hide menu and the accelerator table
+ * "EDITMENU".  Enter in the edit control sends the line up to the caret
+ * (or the selected text) to the host as SWM_EXECUTE (1024, second value
+ * the text, good during the call); a non-zero answer adds
+ * "#Command Error!\r\n" at the end of the text.  The host is told
+ * SWM_QUERYSAVE (1035, callback only; non-zero: ask the user nothing)
+ * before unsaved text would be given up, and SWM_CLOSED (1039) when the
+ * window is destroyed.  Windows only.
+ * --------------------------------------------------------------------- */
+#ifdef _WIN32
+/* The command entry.  `code` (32 bits; above 30 or not listed: 0):
+ *   0  loads the accelerator table "EDITMENU"; answers its handle.
+ *   1  creates the script window, hidden, owned by `window`; `value`'s low
+ *      byte is a stock font number (0: the system font), `text` the host
+ *      callback (a VL_HOSTPROC) or 0 to send to the owner instead.
+ *      Answers the window handle, 0 when it can't be made.
+ *   2  `value` the script window, `text` a setting (const char *):
+ *      "E 1"/"E 0" execution on/off, "M L<n>" left and "M <n>" top print
+ *      margin, "N" new text, "O [name]" open, "S [name]" save, "P" print,
+ *      "PD" print with the dialog, "T <n>" tab stop in dialog units, "TC
+ *      <n>" in character columns, "W <caption>".  Answers 0.
+ *   3  frees the accelerator table.                     Answers 0.
+ *   14 `value` the script window, `text` a text appended at the end.
+ *   20 `window` the script window: its modified mark becomes `value`
+ *      (low 16 bits).                                   Answers 0.
+ *   30 the font number given to code 1.
+ * The record in the window's extra bytes, at these positions (32-bit /
+ * 64-bit): file name block 0/0, edit procedure 4/8, tab columns (16 bits)
+ * 8/16, left margin 10/18, top margin 12/20, modified mark 14/22,
+ * execution 16/24, host callback 18/26. */
+intptr_t VLAPI KelText(VL_HWND window, intptr_t value, intptr_t text, uint32_t code);
+/* The window procedure of class VORLAN_SW, and that of its edit control. */
+LRESULT VLAPI EditWndProc(HWND window, UINT message, WPARAM first, LPARAM second);
+LRESULT VLAPI MyEditProc(HWND edit, UINT message, WPARAM first, LPARAM second);
+#endif
+
+/* ------------------------------------------------------------------------
  * File dialogs: open, save and the multiple-file list
  * --------------------------------------------------------------------- */
 

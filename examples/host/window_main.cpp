@@ -121,7 +121,10 @@ void CALLBACK type_next(HWND, UINT, UINT_PTR timer, DWORD) {
     const HWND edit = GetDlgItem(app.script, 4);
     if (app.next_line < app.demo.size()) {
         for (const char c : app.demo[app.next_line++]) SendMessageA(edit, WM_CHAR, static_cast<unsigned char>(c), 0);
+        // The key-down, and the character 13 that the system's translation
+        // would queue behind it: the line break stands after the line ran.
         SendMessageA(edit, WM_KEYDOWN, VK_RETURN, 0x001C0001);
+        SendMessageA(edit, WM_CHAR, '\r', 0x001C0001);
         SendMessageA(edit, WM_KEYUP, VK_RETURN, 0xC01C0001);
     } else {
         KillTimer(nullptr, timer);

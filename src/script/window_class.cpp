@@ -1,16 +1,12 @@
 #include "script/window_class.h"
 
+#include "script/script_win32.h"
+#include "vlcore.h"
+
 namespace vl::script {
 namespace {
 
-// The script window's procedure proper arrives with the script window
-// itself; until then windows of the class behave as plain windows.
-LRESULT CALLBACK script_window_proc(HWND window, UINT message, WPARAM first, LPARAM second) {
-    return DefWindowProcA(window, message, first, second);
-}
-
 constexpr UINT kStyle = CS_VREDRAW | CS_HREDRAW;
-constexpr int kWindowExtraBytes = 24;
 constexpr int kBackgroundBrush = COLOR_APPWORKSPACE + 1;  // system colour 12 given as a brush
 
 }  // namespace
@@ -18,9 +14,9 @@ constexpr int kBackgroundBrush = COLOR_APPWORKSPACE + 1;  // system colour 12 gi
 bool register_window_class(HINSTANCE instance) {
     WNDCLASSA wc{};
     wc.style = kStyle;
-    wc.lpfnWndProc = script_window_proc;
+    wc.lpfnWndProc = EditWndProc;
     wc.cbClsExtra = 0;
-    wc.cbWndExtra = kWindowExtraBytes;
+    wc.cbWndExtra = kRecordBytes;
     wc.hInstance = instance;
     wc.hIcon = LoadIconA(nullptr, MAKEINTRESOURCEA(32512));
     wc.hCursor = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512));

@@ -16,6 +16,7 @@
 //   vlcore save NAME                  the save dialog (Windows): the path chosen
 //   vlcore printers                   the printers the library sees, the default marked
 //   vlcore print FILE                 a text file printed through the printer device
+//   vlcore console [SCRIPT]           the script window (Windows build)
 
 #include <cctype>
 #include <cinttypes>
@@ -29,6 +30,7 @@
 
 #ifdef _WIN32
 #include <windows.h>
+int cmd_console(int argc, char** argv);
 #endif
 
 namespace {
@@ -68,7 +70,12 @@ int usage(const char* why = nullptr) {
         "                 such as \"*.DAT *.TXT\", without it the types Data, Text and All files\n"
         "  save NAME      show the save dialog (Windows build) proposing NAME\n"
         "  printers       list the printers the library sees; * marks the default\n"
-        "  print FILE     print a text file on the default printer (Windows build)\n",
+        "  print FILE     print a text file on the default printer (Windows build)\n"
+#ifdef _WIN32
+        "  console [SCRIPT]\n"
+        "                 open the script window; each line run comes back with its tokens\n"
+#endif
+        ,
         stderr);
     return kUsageError;
 }
@@ -541,5 +548,8 @@ int main(int argc, char** argv) {
     if (cmd == "open" || cmd == "save") return cmd_file_dialog(argc, argv, cmd == "save");
     if (cmd == "printers") return argc == 2 ? cmd_printers() : usage("'printers' takes no arguments");
     if (cmd == "print") return argc == 3 ? cmd_print_file(argv[2]) : usage("'print' takes exactly one FILE");
+#ifdef _WIN32
+    if (cmd == "console") return cmd_console(argc, argv);
+#endif
     return usage(("unknown command '" + std::string(cmd) + "'").c_str());
 }
