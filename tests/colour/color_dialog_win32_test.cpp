@@ -17,8 +17,8 @@
 #include <vector>
 
 #include "colour/colour_support.h"
-#include "colour/dialog_driver.h"
 #include "data/data_support.h"
+#include "win32_support.h"
 
 namespace {
 

@@ -15,8 +15,10 @@
 #include <string>
 #include <vector>
 
+#include "filedlg_rows.h"
 #include "support.h"
 #include "vlcore.h"
+#include "win32_support.h"
 
 namespace {
 
@@ -39,95 +41,30 @@ constexpr DWORD kPatience = 20000;  // ms a dialog may take in all
 
 // ---- The driver -----------------------------------------------------------------
 
-// One step: runs on the dialog (the platform's window) and answers true
-// when done, false to be tried again on the next tick.
+using vltest::control;
+
+// One step: runs on the topmost dialog and answers true when done, false
+// to be tried again on the next tick.
 using Step = std::function<bool(HWND)>;
-
-struct Driver {
-    std::vector<Step> steps;
-    std::size_t next = 0;
-    DWORD start = 0;
-    bool timed_out = false;
-    HWND seen = nullptr;
-};
-Driver* g_driver = nullptr;
-
-BOOL CALLBACK find_dialog(HWND window, LPARAM found) {
-    char cls[32] = {};
-    GetClassNameA(window, cls, sizeof cls);
-    if (std::strcmp(cls, "#32770") == 0 && IsWindowVisible(window)) {
-        *reinterpret_cast<HWND*>(found) = window;
-        return FALSE;
-    }
-    return TRUE;
-}
-
-HWND current_dialog() {
-    HWND found = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), find_dialog, reinterpret_cast<LPARAM>(&found));
-    return found;
-}
-
-void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD) {
-    Driver& d = *g_driver;
-    HWND const dialog = current_dialog();
-    if (GetTickCount() - d.start > kPatience) {
-        d.timed_out = true;
-        if (dialog) {
-            PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
-            EndDialog(dialog, 0);
-        }
-        return;
-    }
-    if (!dialog || d.next >= d.steps.size()) return;
-    d.seen = dialog;
-    // A step may run a nested dialog (a message box); it is not re-entered.
-    static bool busy = false;
-    if (busy) return;
-    busy = true;
-    if (d.steps[d.next](dialog)) ++d.next;
-    busy = false;
-}
 
 // Runs `show` (which opens a dialog) with `steps` played on the dialog.
 // The last `optional` steps need not run: the dialog may have ended before.
 template <class Show>
 auto drive(std::vector<Step> steps, Show show, std::size_t optional = 0) {
-    Driver driver;
-    driver.steps = std::move(steps);
-    driver.start = GetTickCount();
-    g_driver = &driver;
-    const UINT_PTR timer = SetTimer(nullptr, 0, 40, tick);
-    const auto result = show();
-    KillTimer(nullptr, timer);
-    g_driver = nullptr;
-    EXPECT_FALSE(driver.timed_out) << "the dialog was still open after " << kPatience << " ms, at step " << driver.next;
-    EXPECT_GE(driver.next + optional, driver.steps.size()) << "not every step ran";
+    vltest::DialogDriver driver(kPatience);
+    for (std::size_t i = 0; i < steps.size(); ++i)
+        driver.then("step " + std::to_string(i + 1), [step = std::move(steps[i])] {
+            HWND const dialog = vltest::top_dialog();
+            return dialog && step(dialog);
+        });
+    decltype(show()) result{};
+    driver.run([&] { result = show(); }, optional);
     return result;
 }
 
 // ---- What a user does -------------------------------------------------------------
 
-BOOL CALLBACK find_control(HWND child, LPARAM p) {
-    auto* wanted = reinterpret_cast<std::pair<int, HWND>*>(p);
-    if (GetDlgCtrlID(child) != wanted->first) return TRUE;
-    wanted->second = child;
-    return FALSE;
-}
-
-HWND control(HWND dialog, int id) {
-    if (HWND direct = GetDlgItem(dialog, id)) return direct;
-    // The Explorer style: the library's controls stand in its child dialog.
-    std::pair<int, HWND> wanted{id, nullptr};
-    EnumChildWindows(dialog, find_control, reinterpret_cast<LPARAM>(&wanted));
-    return wanted.second;
-}
-
-std::string text_of(HWND window) {
-    char buffer[1024] = {};
-    if (window) GetWindowTextA(window, buffer, sizeof buffer);
-    return buffer;
-}
+std::string text_of(HWND window) { return window ? vltest::window_text(window) : std::string(); }
 
 // Types `text` into an edit control, character by character, after
 // emptying it.
@@ -227,14 +164,7 @@ class FileDialogs : public ::testing::Test {
         fs::remove_all(base_, ignored);
     }
     void reset() {
-        KELUTIL_PathControl(3, nullptr, nullptr, 0);
-        KELUTIL_Main(nullptr, 0, 0, 6);
-        VL_FILE_DIALOG_OPTIONS zero{};
-        KELUTIL_FileDialog(nullptr, reinterpret_cast<char*>(&zero), nullptr, 8);
-        KELUTIL_FileSaveAs(nullptr, nullptr, nullptr, 1280);
-        char on[] = "\x01";
-        KELUTIL_FileSaveAs(nullptr, on, nullptr, 1536);
-        KELUTIL_MultiFile(nullptr, nullptr, 0, 0);
+        filedlg_test::reset_through_entries();
         for (int r = 1; r <= 25; ++r) KELUTIL_Fdlog_Str(nullptr, r, 19);
         KELUTIL_Fdlog_Str(nullptr, 1, 17);
         g_host_calls.clear();
@@ -377,8 +307,8 @@ TEST_F(FileDialogs, OpenNameLongerThanBuffer) {
          },
          [&](HWND d) {
              // Whatever the platform said about it, the user gives up.
-             if (HWND box = current_dialog(); box && box != d) {
-                 PostMessageA(box, WM_COMMAND, IDOK, 0);
+             if (!control(d, kName)) {  // a message box stands on top
+                 PostMessageA(d, WM_COMMAND, IDOK, 0);
                  return false;
              }
              press_later(d, IDCANCEL);

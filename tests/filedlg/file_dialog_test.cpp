@@ -8,6 +8,9 @@
 #include "filedlg_rows.h"
 #include "support.h"
 #include "vlcore.h"
+#ifdef _WIN32
+#include "win32_support.h"
+#endif
 
 namespace {
 
@@ -21,13 +24,9 @@ VL_LRESULT VLAPI counting_host(VL_HWND, VL_UINT, VL_WPARAM first, VL_LPARAM) {
 }
 
 #ifdef _WIN32
-BOOL CALLBACK cancel_one(HWND window, LPARAM) {
-    char cls[16] = {};
-    GetClassNameA(window, cls, sizeof cls);
-    if (std::strcmp(cls, "#32770") == 0) PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
-    return TRUE;
+void CALLBACK cancel_dialogs(HWND, UINT, UINT_PTR, DWORD) {
+    for (HWND dialog : vltest::thread_dialogs()) PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
 }
-void CALLBACK cancel_dialogs(HWND, UINT, UINT_PTR, DWORD) { EnumThreadWindows(GetCurrentThreadId(), cancel_one, 0); }
 #endif
 
 // A preset lasts until a dialog ends: one that is cancelled at once (or,
@@ -51,14 +50,7 @@ class FileCommands : public ::testing::Test {
         reset();
     }
     static void reset() {
-        KELUTIL_PathControl(3, nullptr, nullptr, 0);
-        KELUTIL_Main(nullptr, 0, 0, 6);
-        VL_FILE_DIALOG_OPTIONS zero{};
-        KELUTIL_FileDialog(nullptr, reinterpret_cast<char*>(&zero), nullptr, 8);
-        KELUTIL_FileSaveAs(nullptr, nullptr, nullptr, 1280);
-        char on[] = "\x01";
-        KELUTIL_FileSaveAs(nullptr, on, nullptr, 1536);
-        KELUTIL_MultiFile(nullptr, nullptr, 0, 0);
+        filedlg_test::reset_through_entries();
         g_asked = 0;
     }
     static std::string directory() {

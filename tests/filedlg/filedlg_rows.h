@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "support.h"
+#include "vlcore.h"
 
 namespace filedlg_test {
 
@@ -61,6 +62,20 @@ void each_row(const char* file, Check check) {
         SCOPED_TRACE(vltest::row_label(file, i, table.row(i)));
         check(Row(table.row(i)));
     }
+}
+
+// The dialogs' state set back through the entries alone: no registry
+// rows, no host, a zero option block, the save options and the
+// multiple-file list as they start.
+inline void reset_through_entries() {
+    KELUTIL_PathControl(3, nullptr, nullptr, 0);
+    KELUTIL_Main(nullptr, 0, 0, 6);
+    VL_FILE_DIALOG_OPTIONS zero{};
+    KELUTIL_FileDialog(nullptr, reinterpret_cast<char*>(&zero), nullptr, 8);
+    KELUTIL_FileSaveAs(nullptr, nullptr, nullptr, 1280);
+    char on[] = "\x01";
+    KELUTIL_FileSaveAs(nullptr, on, nullptr, 1536);
+    KELUTIL_MultiFile(nullptr, nullptr, 0, 0);
 }
 
 }  // namespace filedlg_test

@@ -11,6 +11,7 @@
 
 #include "filedlg/filedlg.h"
 #include "filedlg/filedlg_state.h"
+#include "filedlg_internal.h"
 #include "filedlg_rows.h"
 #include "frame/frame.h"
 #include "support.h"
@@ -58,12 +59,7 @@ class FileDialogState : public ::testing::Test {
     void SetUp() override { reset(); }
     void TearDown() override { reset(); }
     static void reset() {
-        KELUTIL_PathControl(3, nullptr, nullptr, 0);
-        file_type_table = FileTypeTable{};
-        szCurrentDir.fill('\0');
-        szLastExt.fill('\0');
-        bPresetActive = bExtPreset = false;
-        vl::frame::frame_state.lpfnFileHost = nullptr;
+        filedlg_test::reset_dialog_state();
         g_asked = 0;
     }
     static void describe(const std::vector<std::string>& rows) {

@@ -9,6 +9,7 @@
 
 #include "filedlg/dialogs.h"
 #include "filedlg/filedlg_state.h"
+#include "filedlg_internal.h"
 #include "filedlg_rows.h"
 #include "frame/frame.h"
 #include "support.h"
@@ -38,14 +39,7 @@ class FirstView : public ::testing::Test {
     void SetUp() override { reset(); }
     void TearDown() override { reset(); }
     static void reset() {
-        KELUTIL_PathControl(3, nullptr, nullptr, 0);
-        file_type_table = FileTypeTable{};
-        szCurrentDir.fill('\0');
-        szLastExt.fill('\0');
-        bPresetActive = bExtPreset = false;
-        FileDialogOptions = VL_FILE_DIALOG_OPTIONS{};
-        dwNoTitle = 0;
-        vl::frame::frame_state.lpfnFileHost = nullptr;
+        filedlg_test::reset_dialog_state();
         g_asked = 0;
     }
     static void set(std::array<char, kPathRoom>& to, const std::string& text) {

@@ -11,6 +11,7 @@
 #include "output/print_support.h"
 #include "support.h"
 #include "vlcore.h"
+#include "win32_support.h"
 
 namespace {
 
@@ -58,17 +59,6 @@ std::string library_device() {
     return name;
 }
 
-// A visible dialog of the thread, into *(HWND *)found.
-BOOL CALLBACK find_visible_dialog(HWND window, LPARAM found) {
-    char cls[16] = "";
-    GetClassNameA(window, cls, sizeof cls);
-    if (std::string(cls) == "#32770" && IsWindowVisible(window)) {
-        *reinterpret_cast<HWND*>(found) = window;
-        return FALSE;
-    }
-    return TRUE;
-}
-
 // Answers the next modal dialog of this thread with the button `answer`
 // (IDOK or IDCANCEL), from a timer that runs inside the dialog's own loop.
 // After 30 seconds without a dialog to answer the timer gives up, so a
@@ -81,12 +71,8 @@ struct DialogAnswer {
     static inline std::string caption;
 
     static void CALLBACK tick(HWND, UINT, UINT_PTR id, DWORD) {
-        HWND dialog = nullptr;
-        EnumThreadWindows(GetCurrentThreadId(), find_visible_dialog, reinterpret_cast<LPARAM>(&dialog));
-        if (dialog) {
-            char text[128] = "";
-            GetWindowTextA(dialog, text, sizeof text);
-            caption = text;
+        if (HWND dialog = vltest::top_dialog()) {
+            caption = vltest::window_text(dialog);
             ++answered;
             PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(answer, BN_CLICKED),
                          reinterpret_cast<LPARAM>(GetDlgItem(dialog, answer)));

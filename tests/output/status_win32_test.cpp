@@ -11,6 +11,7 @@
 
 #include "support.h"
 #include "vlcore.h"
+#include "win32_support.h"
 
 namespace {
 
@@ -83,22 +84,11 @@ HWND status_dialog(HWND owner) {
     return find.found;
 }
 
-std::string control_text(HWND dialog, int id) {
-    char text[256] = "";
-    GetDlgItemTextA(dialog, id, text, sizeof text);
-    return text;
-}
+std::string control_text(HWND dialog, int id) { return vltest::window_text(GetDlgItem(dialog, id)); }
 
 bool control_visible(HWND dialog, int id) { return IsWindowVisible(GetDlgItem(dialog, id)) != FALSE; }
 
-// Lets the dialog paint what is waiting, as the host's loop would.
-void pump() {
-    MSG msg;
-    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&msg);
-        DispatchMessageA(&msg);
-    }
-}
+using vltest::pump;
 
 // The colours of the bar's inside at `percent` of its width, read from
 // the control's own device context.

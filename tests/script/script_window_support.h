@@ -13,6 +13,7 @@
 
 #include "support.h"
 #include "vlcore.h"
+#include "win32_support.h"
 
 namespace scripttest {
 
@@ -119,14 +120,7 @@ class BoxAnswerer {
     BoxAnswerer& operator=(const BoxAnswerer&) = delete;
 };
 
-// Messages waiting for the thread, handed out as a message loop would.
-inline void pump() {
-    MSG msg;
-    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&msg);
-        DispatchMessageA(&msg);
-    }
-}
+using vltest::pump;
 
 // The script window, owned by a plain window standing in for the host's.
 class ScriptWindowTest : public ::testing::Test {

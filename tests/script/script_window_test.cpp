@@ -135,9 +135,7 @@ TEST_F(ScriptWindowTest, RecordAtCreation) {
     EXPECT_EQ(word(kPosTopMargin), 75);
     EXPECT_EQ(word(kPosModified), 0);
     EXPECT_EQ(word(kPosExecute), 1);
-    char caption[64] = {};
-    GetWindowTextA(window_, caption, sizeof caption);
-    EXPECT_STREQ(caption, "Script Window ");
+    EXPECT_EQ(vltest::window_text(window_), "Script Window ");
     char cls[32] = {};
     GetClassNameA(window_, cls, sizeof cls);
     EXPECT_STREQ(cls, "VORLAN_SW");
@@ -197,11 +195,8 @@ TEST_F(ScriptWindowTest, OtherWindowsAreLeftAlone) {
     EXPECT_EQ(KelText(nullptr, reinterpret_cast<intptr_t>(dialog), reinterpret_cast<intptr_t>("more"), 14), 0);
     EXPECT_EQ(KelText(dialog, 5, 0, 20), 0);
     EXPECT_EQ(KelText(nullptr, 0, reinterpret_cast<intptr_t>("E 0"), 2), 0);
-    char caption[32] = {}, typed[32] = {};
-    GetWindowTextA(dialog, caption, sizeof caption);
-    GetWindowTextA(child, typed, sizeof typed);
-    EXPECT_STREQ(caption, "other");
-    EXPECT_STREQ(typed, "child");
+    EXPECT_EQ(vltest::window_text(dialog), "other");
+    EXPECT_EQ(vltest::window_text(child), "child");
     EXPECT_EQ(GetWindowLongPtrA(dialog, DWLP_MSGRESULT), before);
     EXPECT_TRUE(log_.executed.empty());
     DestroyWindow(dialog);
@@ -362,12 +357,9 @@ TEST_F(ScriptWindowTest, MarginTabAndCaptionSettings) {
     setting("T 60");
     EXPECT_NE(word(kPosTabChars), 0);
     setting("W \"Console two\"");
-    char caption[64] = {};
-    GetWindowTextA(window_, caption, sizeof caption);
-    EXPECT_STREQ(caption, "Console two");
+    EXPECT_EQ(vltest::window_text(window_), "Console two");
     setting("W");
-    GetWindowTextA(window_, caption, sizeof caption);
-    EXPECT_STREQ(caption, "");
+    EXPECT_EQ(vltest::window_text(window_), "");
     setting("Q whatever");
     setting("");
     EXPECT_EQ(KelText(nullptr, reinterpret_cast<intptr_t>(window_), 0, 2), 0);
@@ -462,9 +454,7 @@ TEST(ScriptWindowOwner, MessagesGoToTheOwnerWithoutACallback) {
     ASSERT_EQ(owner_messages.size(), 1u);
     EXPECT_EQ(owner_messages[0].second, "go");
     // The owner answered 1: the command failed.
-    char text[64] = {};
-    GetWindowTextA(edit, text, sizeof text);
-    EXPECT_STREQ(text, "go;\r\n#Command Error!\r\n");
+    EXPECT_EQ(vltest::window_text(edit), "go;\r\n#Command Error!\r\n");
     // No save question reaches the owner; with the mark cleared the window
     // goes unasked, and the owner hears of it.
     KelText(window, 0, 0, 20);

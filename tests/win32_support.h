@@ -1,8 +1,6 @@
-// Drives modal dialogs as a user would: a thread timer, which every modal
-// loop of the thread dispatches, plays a list of actions one per tick, and
-// an action that waits for a window tries again at the next tick.  A
-// watchdog ends every dialog of the thread and fails the test when the
-// list is not done in time, so a stuck dialog can never hang the run.
+// What the window, dialog and printing tests do on Windows as a user
+// would: read windows and controls back, hand out waiting messages, and
+// drive modal dialogs from a thread timer (DialogDriver).
 #pragma once
 
 #include <windows.h>
@@ -32,6 +30,13 @@ inline BOOL CALLBACK collect_dialog(HWND window, LPARAM list) {
     return TRUE;
 }
 
+inline BOOL CALLBACK find_control(HWND child, LPARAM wanted) {
+    auto* p = reinterpret_cast<std::pair<int, HWND>*>(wanted);
+    if (GetDlgCtrlID(child) != p->first) return TRUE;
+    p->second = child;
+    return FALSE;
+}
+
 inline BOOL CALLBACK collect_text(HWND child, LPARAM text) {
     *reinterpret_cast<std::string*>(text) += window_text(child) + "|";
     return TRUE;
@@ -44,6 +49,30 @@ inline std::vector<HWND> thread_dialogs() {
     return found;
 }
 
+// The topmost visible dialog of this thread, or null.
+inline HWND top_dialog() {
+    const std::vector<HWND> all = thread_dialogs();
+    return all.empty() ? nullptr : all.front();
+}
+
+// A dialog's control by id; an Explorer-style dialog keeps the
+// application's controls in a child dialog, which is searched too.
+inline HWND control(HWND dialog, int id) {
+    if (HWND direct = GetDlgItem(dialog, id)) return direct;
+    std::pair<int, HWND> wanted{id, nullptr};
+    EnumChildWindows(dialog, find_control, reinterpret_cast<LPARAM>(&wanted));
+    return wanted.second;
+}
+
+// Hands out the messages waiting for this thread, as a message loop would.
+inline void pump() {
+    MSG msg;
+    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&msg);
+        DispatchMessageA(&msg);
+    }
+}
+
 // The texts of a window's children, apart by '|'.
 inline std::string child_texts(HWND window) {
     std::string out;
@@ -51,6 +80,11 @@ inline std::string child_texts(HWND window) {
     return out;
 }
 
+// Drives modal dialogs: a thread timer, which every modal loop of the
+// thread dispatches, plays a list of actions one per tick, and an action
+// that waits for a window tries again at the next tick.  A watchdog ends
+// every dialog of the thread and fails the test when the list is not done
+// in time, so a stuck dialog can never hang the run.
 class DialogDriver {
   public:
     // An action answers true when it is done, false to be tried again at
@@ -62,9 +96,10 @@ class DialogDriver {
     void then(std::string label, Action action) { actions_.push_back({std::move(label), std::move(action)}); }
 
     // Runs `body`, which shows a modal dialog, while the actions play.
-    // Fails when the watchdog fires or `body` comes back with actions left.
+    // Fails when the watchdog fires or `body` comes back with actions left
+    // (the last `optional` ones may be left: the dialog may end before).
     template <class Body>
-    void run(Body body) {
+    void run(Body body, std::size_t optional = 0) {
         current_ = this;
         next_ = 0;
         deadline_ = GetTickCount64() + watchdog_ms_;
@@ -73,7 +108,7 @@ class DialogDriver {
         body();
         KillTimer(nullptr, timer);
         current_ = nullptr;
-        if (!timed_out_ && next_ < actions_.size())
+        if (!timed_out_ && next_ + optional < actions_.size())
             ADD_FAILURE() << "the dialog ended before the step \"" << actions_[next_].label << "\"";
         // Anything left open by a failing run is closed here.
         for (int round = 0; round < 50 && !thread_dialogs().empty(); ++round) close_all(), pump();
@@ -81,14 +116,6 @@ class DialogDriver {
     }
 
     bool timed_out() const { return timed_out_; }
-
-    static void pump() {
-        MSG msg;
-        while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&msg);
-            DispatchMessageA(&msg);
-        }
-    }
 
   private:
     struct Step {
