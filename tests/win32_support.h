@@ -5,12 +5,18 @@
 
 #include <windows.h>
 
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
 #include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "support.h"
 
 namespace vltest {
 
@@ -165,5 +171,97 @@ class DialogDriver {
     ULONGLONG deadline_ = 0;
     static inline DialogDriver* current_ = nullptr;
 };
+
+// ---- Dialog templates ---------------------------------------------------------
+
+// Reads a dialog template: the dialog and then each control, as rows of
+// id, class, text, style, x, y, width, height.
+class TemplateReader {
+  public:
+    explicit TemplateReader(const void* data) : p_(static_cast<const uint8_t*>(data)) {}
+    uint16_t word() {
+        uint16_t w;
+        std::memcpy(&w, p_, 2);
+        p_ += 2;
+        return w;
+    }
+    uint32_t dword() { return word() | static_cast<uint32_t>(word()) << 16; }
+    // A text, or an ordinal after 0xFFFF (its number in decimal).
+    std::string text_or_ordinal() {
+        uint16_t w = word();
+        if (w == 0xFFFF) return "#" + std::to_string(word());
+        std::string out;
+        for (; w != 0; w = word()) out += static_cast<char>(w);
+        return out;
+    }
+    void align(const void* base) {
+        while ((p_ - static_cast<const uint8_t*>(base)) % 4) ++p_;
+    }
+
+  private:
+    const uint8_t* p_;
+};
+
+inline std::string class_name(const std::string& raw) {
+    if (raw == "#128") return "BUTTON";
+    if (raw == "#129") return "EDIT";
+    if (raw == "#130") return "STATIC";
+    if (raw == "#131") return "LISTBOX";
+    return raw;
+}
+
+inline std::string template_row(uint32_t id, const std::string& cls, const std::string& text, uint32_t style,
+                                const std::array<int16_t, 4>& box) {
+    char hex[16];
+    std::snprintf(hex, sizeof hex, "0x%08X", style);
+    std::string out =
+        (id == 0x10000 ? std::string("dialog") : std::to_string(id)) + "\t" + cls + "\t" + text + "\t" + hex;
+    for (int16_t v : box) out += "\t" + std::to_string(v);
+    return out;
+}
+
+// Checks dialog `id` of `module` against a table of rows: the dialog,
+// then each control in tab order, as id, class, text, style, x, y, width,
+// height in dialog units.  The template is the plain kind with the font
+// "MS Sans Serif" at 8 points, no menu, class or extended styles.
+inline void expect_dialog_template(HMODULE module, int id, std::string_view table) {
+    SCOPED_TRACE("dialog " + std::to_string(id));
+    HRSRC found = FindResourceA(module, MAKEINTRESOURCEA(id), reinterpret_cast<LPCSTR>(RT_DIALOG));
+    ASSERT_NE(found, nullptr);
+    const void* base = LockResource(LoadResource(module, found));
+    ASSERT_NE(base, nullptr);
+    TemplateReader in(base);
+    std::vector<std::string> rows;
+    const uint32_t style = in.dword();
+    EXPECT_EQ(in.dword(), 0u) << "no extended style";
+    const uint16_t controls = in.word();
+    std::array<int16_t, 4> box{};
+    for (auto& v : box) v = static_cast<int16_t>(in.word());
+    EXPECT_EQ(in.text_or_ordinal(), "") << "no menu";
+    EXPECT_EQ(in.text_or_ordinal(), "") << "the dialog class";
+    rows.push_back(template_row(0x10000, "#32770", in.text_or_ordinal(), style, box));
+    ASSERT_TRUE(style & DS_SETFONT);
+    EXPECT_EQ(in.word(), 8) << "point size";
+    EXPECT_EQ(in.text_or_ordinal(), "MS Sans Serif");
+    for (uint16_t i = 0; i < controls; ++i) {
+        in.align(base);
+        const uint32_t control_style = in.dword();
+        EXPECT_EQ(in.dword(), 0u) << "no extended style, control " << i;
+        for (auto& v : box) v = static_cast<int16_t>(in.word());
+        const uint16_t control_id = in.word();
+        const std::string cls = class_name(in.text_or_ordinal());
+        const std::string text = in.text_or_ordinal();
+        EXPECT_EQ(in.word(), 0) << "no creation data, control " << i;
+        rows.push_back(template_row(control_id, cls, text, control_style, box));
+    }
+    std::size_t index = 0;
+    for_each_row(table, [&](const DataRow& row) {
+        std::string want;
+        for (const auto& f : row.fields) want += (want.empty() ? "" : "\t") + f;
+        ASSERT_LT(index, rows.size());
+        EXPECT_EQ(rows[index++], want);
+    });
+    EXPECT_EQ(index, rows.size()) << "no control beyond the table";
+}
 
 }  // namespace vltest

@@ -109,6 +109,10 @@ int32_t status(HWND window, uint32_t command, int32_t value = 0, const char* tex
     return KELUTIL_Status(window, command, value, text);
 }
 
+TEST(StatusDialog, IsDialog200ControlByControl) {
+    vltest::expect_dialog_template(GetModuleHandleA("VLCORE.dll"), 200, "output/status_dialog_template.tsv");
+}
+
 TEST(StatusDialog, OpensWithTitleZeroPercentAndCancel) {
     Host host;
     ASSERT_EQ(status(host.window(), kOpen, 0, "Importing"), 0);
