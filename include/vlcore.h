@@ -40,6 +40,14 @@ typedef intptr_t VL_LRESULT;
 typedef unsigned int VL_UINT;
 #endif
 
+/* No exception ever leaves an entry: in C++ every entry is declared
+ * noexcept, so a host may call it from code that must not throw. */
+#ifdef __cplusplus
+#define VL_NOEXCEPT noexcept
+#else
+#define VL_NOEXCEPT
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -82,7 +90,7 @@ typedef struct VL_NAME_ROW {
  *             targets the whole handle, hence the pointer-sized result).
  *   6 set file callback: `value` is a VL_HOSTPROC or 0; answers 0.
  * Any other operation does nothing and answers 0. */
-uintptr_t VLAPI KELUTIL_Main(VL_HWND window, uint32_t version, intptr_t value, uint32_t operation);
+uintptr_t VLAPI KELUTIL_Main(VL_HWND window, uint32_t version, intptr_t value, uint32_t operation) VL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------
  * Tokens and string search
@@ -94,16 +102,16 @@ uintptr_t VLAPI KELUTIL_Main(VL_HWND window, uint32_t version, intptr_t value, u
  * or a bracketed or quoted stretch, whose outer brackets are dropped.  A
  * semicolon is never consumed: at ';' the token is empty and the position
  * unchanged. */
-char *VLAPI KELUTIL_next_token(char *token, const char *text);
+char *VLAPI KELUTIL_next_token(char *token, const char *text) VL_NOEXCEPT;
 /* Like KELUTIL_next_token but words end only at white space. */
-char *VLAPI KELUTIL_next_word(char *word, const char *text);
+char *VLAPI KELUTIL_next_word(char *word, const char *text) VL_NOEXCEPT;
 /* Finds the first of `separators` (in their own order) that occurs in
  * `text`, copies the text in front of it to `token` and answers the position
  * behind it; null when none occurs (`token` untouched). */
-char *VLAPI get_next_token_sep(char *token, const char *text, const char *separators);
+char *VLAPI get_next_token_sep(char *token, const char *text, const char *separators) VL_NOEXCEPT;
 /* As get_next_token_sep, but when no separator occurs `token` receives the
  * whole text and the answer is the text's terminator; never null. */
-char *VLAPI KELUTIL_next_token_sep(char *token, const char *text, const char *separators);
+char *VLAPI KELUTIL_next_token_sep(char *token, const char *text, const char *separators) VL_NOEXCEPT;
 
 /* Flags of KELUTIL_strchr (low 8 bits used). */
 #define VL_STRCHR_PLAIN 1      /* plain search; without it brackets and quotes hide their contents */
@@ -114,37 +122,37 @@ char *VLAPI KELUTIL_next_token_sep(char *token, const char *text, const char *se
 /* Searches `text` for `ch` (16-bit signed; characters compare sign-extended,
  * so a `ch` of 0x80 to 0xFF never matches).  A null text answers null; a
  * `ch` of 0 finds the terminator in the forward searches. */
-char *VLAPI KELUTIL_strchr(const char *text, int32_t ch, uint32_t flags);
+char *VLAPI KELUTIL_strchr(const char *text, int32_t ch, uint32_t flags) VL_NOEXCEPT;
 /* Unwraps one enclosing bracket pair or pair of quotes, in place, after
  * trimming trailing white space (and leading white space when `mode` is 0).
  * Answers the inner text, inside the same buffer. */
-char *VLAPI KELUTIL_str_inside(char *text, uint32_t mode);
+char *VLAPI KELUTIL_str_inside(char *text, uint32_t mode) VL_NOEXCEPT;
 /* Removes every white space character, in place. */
-void VLAPI KELUTIL_strip(char *text);
+void VLAPI KELUTIL_strip(char *text) VL_NOEXCEPT;
 /* Answers the id (16 bits) of the row whose name equals `name` exactly, or
  * 32764 when there is none. */
-uint16_t VLAPI KELUTIL_FindString(const VL_NAME_ROW *table, const char *name);
+uint16_t VLAPI KELUTIL_FindString(const VL_NAME_ROW *table, const char *name) VL_NOEXCEPT;
 
 #define VL_SIS_EXACT 32768     /* compare bytes exactly instead of case-blind */
 #define VL_SIS_PREFIX 16384    /* test only at the start of `text` */
 /* Finds `needle` in `text`; null when absent or `text` is empty. */
-char *VLAPI KELUTIL_string_in_string(const char *needle, const char *text, uint32_t flags);
+char *VLAPI KELUTIL_string_in_string(const char *needle, const char *text, uint32_t flags) VL_NOEXCEPT;
 /* Puts `count` copies of `ch` (8 bits) in front of `text`, which is first
  * cut to 119 characters; the buffer must hold `count` more.  Answers 1 for
  * a null text, else 0. */
-int32_t VLAPI KELUTIL_prepend_string(char *text, uint32_t ch, int32_t count);
+int32_t VLAPI KELUTIL_prepend_string(char *text, uint32_t ch, int32_t count) VL_NOEXCEPT;
 /* Turns the escapes \0 \xHH \d(8) \n \r \t into bytes, in place.  Answers
  * the length of the result, which may hold zero bytes. */
-int32_t VLAPI KELUTIL_str2ascii(char *text);
+int32_t VLAPI KELUTIL_str2ascii(char *text) VL_NOEXCEPT;
 /* Splits a trailing number of up to three digits from a name: `stem`
  * receives the name without it ("Data12" -> "Data", 12).  Answers 0 when the
  * text ends in no digit. */
-int32_t VLAPI KELUTIL_End_Number(char *stem, const char *text);
+int32_t VLAPI KELUTIL_End_Number(char *stem, const char *text) VL_NOEXCEPT;
 /* Splits a comma list in place: turns up to `max` commas into terminators
  * and points `slots` (room for max+1) at the pieces.  Flag bit 0 strips all
  * white space first.  Answers the number of pieces, 0 for a null or empty
  * text. */
-int32_t VLAPI KELUTIL_GetParsedArguments(char *text, char **slots, int32_t max, uint32_t flags);
+int32_t VLAPI KELUTIL_GetParsedArguments(char *text, char **slots, int32_t max, uint32_t flags) VL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------
  * Number parsing
@@ -152,22 +160,22 @@ int32_t VLAPI KELUTIL_GetParsedArguments(char *text, char **slots, int32_t max, 
 
 /* Decimal integer with optional sign; stops at white space.  Wraps in 32
  * bits.  Answers 0 for a bad number (then KELUTIL_cvtstr2int answers 0). */
-int32_t VLAPI KELUTIL_str2int(const char *text);
+int32_t VLAPI KELUTIL_str2int(const char *text) VL_NOEXCEPT;
 /* 1 with *out set for a good integer, 0 with *out untouched. */
-int32_t VLAPI KELUTIL_cvtstr2int(const char *text, int32_t *out);
+int32_t VLAPI KELUTIL_cvtstr2int(const char *text, int32_t *out) VL_NOEXCEPT;
 /* Reads a real number ("-1.5e3", ".5", "2E", "").  The text is cut in place
  * while it is read and restored on success.  Answers VL_MISSING_VALUE on a
  * bad number.  The double is formed as numbers have always been read, not
  * correctly rounded: integer part and fraction apart, added, then one
  * multiplication by the runtime's pow(10.0, exponent) ("8e23" gives
  * 8.000000000000001e+23). */
-double VLAPI KELUTIL_str2real(char *text);
+double VLAPI KELUTIL_str2real(char *text) VL_NOEXCEPT;
 /* 1 with *out set, or 0 with *out untouched (the text may then stay cut at
  * its 'e' or '.'). */
-int32_t VLAPI KELUTIL_cvtstr2real(char *text, double *out);
+int32_t VLAPI KELUTIL_cvtstr2real(char *text, double *out) VL_NOEXCEPT;
 /* Hexadecimal digits with optional '-', no "0x" prefix; stops at the first
  * other character.  Upper-cases the text in place.  Never fails. */
-int32_t VLAPI KELUTIL_hexstr2int(char *text);
+int32_t VLAPI KELUTIL_hexstr2int(char *text) VL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------
  * Mathematics
@@ -206,62 +214,62 @@ int32_t VLAPI KELUTIL_hexstr2int(char *text);
  * an argument outside that range gives 1.0, both with the flag set; a
  * double that is NaN or outside the 32-bit range truncates to -2147483648
  * wherever an integer is taken from it. */
-int32_t VLAPI KelMath_function(int32_t reserved, uint32_t code, void *input, void *output, uint32_t unit);
+int32_t VLAPI KelMath_function(int32_t reserved, uint32_t code, void *input, void *output, uint32_t unit) VL_NOEXCEPT;
 
 /* Gamma, beta and error functions. */
-double VLAPI gammln_export(double x);                                    /* ln gamma(x); 0.0 for x <= 0 */
-int32_t VLAPI ln_gamma_export_ptr(double x, double *out);                /* always 0 */
-double VLAPI error_func_export(double x);                                /* erf(x) */
-int32_t VLAPI error_func_export_ptr(double *value);                      /* *value = erf(*value); 0 */
-double VLAPI incomp_beta_export(const double *x_a_b);                    /* I_x(a, b); 0.0 on failure */
-int32_t VLAPI incomp_beta_export_ptr(const double *x_a_b, double *out);  /* always 0 */
+double VLAPI gammln_export(double x) VL_NOEXCEPT;                                    /* ln gamma(x); 0.0 for x <= 0 */
+int32_t VLAPI ln_gamma_export_ptr(double x, double *out) VL_NOEXCEPT;                /* always 0 */
+double VLAPI error_func_export(double x) VL_NOEXCEPT;                                /* erf(x) */
+int32_t VLAPI error_func_export_ptr(double *value) VL_NOEXCEPT;                      /* *value = erf(*value); 0 */
+double VLAPI incomp_beta_export(const double *x_a_b) VL_NOEXCEPT;                    /* I_x(a, b); 0.0 on failure */
+int32_t VLAPI incomp_beta_export_ptr(const double *x_a_b, double *out) VL_NOEXCEPT;  /* always 0 */
 /* Upper tail of chi-square with df degrees of freedom at x; 1.0 for x < 0 or
  * df <= 0.  Always 0. */
-int32_t VLAPI chisquare_prob_Q_export_ptr(double *out, double x, double df);
+int32_t VLAPI chisquare_prob_Q_export_ptr(double *out, double x, double df) VL_NOEXCEPT;
 /* Binomial coefficient n over k, rounded; arguments are not checked. */
-int32_t VLAPI bico_export_ptr(int32_t n, int32_t k, double *out);
+int32_t VLAPI bico_export_ptr(int32_t n, int32_t k, double *out) VL_NOEXCEPT;
 
 /* Distributions and their inverses.  The `_ptr` forms answer 0 and hand the
  * value over through `out`, unless noted. */
-double VLAPI t_dist_export(const double *p_n);           /* t with P(T <= t) = p, |t| <= 636 */
-int32_t VLAPI t_dist_export_ptr(const double *p_n, double *out);
+double VLAPI t_dist_export(const double *p_n) VL_NOEXCEPT;           /* t with P(T <= t) = p, |t| <= 636 */
+int32_t VLAPI t_dist_export_ptr(const double *p_n, double *out) VL_NOEXCEPT;
 /* f with P(F <= f) = p for m and n degrees of freedom.  0.0 on failure: n or
  * m not above 0, p outside 0 to 1, or no convergence within 1000 Newton
  * rounds. */
-double VLAPI F_dist_export(const double *p_m_n);
-int32_t VLAPI F_dist_export_ptr(const double *p_m_n, double *out);
+double VLAPI F_dist_export(const double *p_m_n) VL_NOEXCEPT;
+int32_t VLAPI F_dist_export_ptr(const double *p_m_n, double *out) VL_NOEXCEPT;
 /* x with P(chi-square <= x) = p for df degrees of freedom, found by Newton's
  * method from 2.0.  When that search strays into a tail (always so with
  * many degrees of freedom) it is run again from the Wilson-Hilferty
  * approximation; -1.0 when neither settles within 80 rounds, so a result
  * other than -1.0 always meets the tolerance. */
-double VLAPI Chisqr_dist_export(const double *p_df);
-int32_t VLAPI Chisqr_dist_export_ptr(const double *p_df, double *out);
-double VLAPI cum_gauss_export(double x);                 /* erf(x / sqrt 2), -1 to 1 */
-int32_t VLAPI norm_prob_export_ptr(double x, double *out);
-double VLAPI gauss_inv_export(double p);                 /* normal quantile; 0.0 on failure */
-double VLAPI inv_prob_export(double y);                  /* inverse of cum_gauss; 0.0 on failure */
-int32_t VLAPI inv_prob_export_ptr(double y, double *out);
-double VLAPI inv_erf_export(double y);                   /* inverse of erf; 0.0 on failure */
+double VLAPI Chisqr_dist_export(const double *p_df) VL_NOEXCEPT;
+int32_t VLAPI Chisqr_dist_export_ptr(const double *p_df, double *out) VL_NOEXCEPT;
+double VLAPI cum_gauss_export(double x) VL_NOEXCEPT;                 /* erf(x / sqrt 2), -1 to 1 */
+int32_t VLAPI norm_prob_export_ptr(double x, double *out) VL_NOEXCEPT;
+double VLAPI gauss_inv_export(double p) VL_NOEXCEPT;                 /* normal quantile; 0.0 on failure */
+double VLAPI inv_prob_export(double y) VL_NOEXCEPT;                  /* inverse of cum_gauss; 0.0 on failure */
+int32_t VLAPI inv_prob_export_ptr(double y, double *out) VL_NOEXCEPT;
+double VLAPI inv_erf_export(double y) VL_NOEXCEPT;                   /* inverse of erf; 0.0 on failure */
 /* height * exp(-t^2), t = ln(x / center) / (width * sqrt 2).  Answers 1 with
  * VL_MISSING_VALUE in *out when x, center or width is not above 0. */
-int32_t VLAPI lognorm_prob_export_ptr(double x, double center, double width, double height, double *out);
+int32_t VLAPI lognorm_prob_export_ptr(double x, double center, double width, double height, double *out) VL_NOEXCEPT;
 /* height * P(K = trunc k) for a Poisson mean.  Answers 1 (out untouched)
  * when mean is not above 0; 0.0 for k < 0. */
-int32_t VLAPI poisson_prob_ptr(double k, double mean, double height, double *out);
+int32_t VLAPI poisson_prob_ptr(double k, double mean, double height, double *out) VL_NOEXCEPT;
 /* x_y_out[2] = direction of (x_y_out[0], x_y_out[1]) in radians, 0 to 2 pi
  * (straight down is -pi/2).  Answers 1 good, 0 for (0, 0) with -1.0. */
-int32_t VLAPI angle_export_ptr(double *x_y_out);
+int32_t VLAPI angle_export_ptr(double *x_y_out) VL_NOEXCEPT;
 
 /* Random deviates from the one process-wide generator.  A negative *idum
  * restarts it from that seed and is set to 1.  A restart from a value
  * above 54773 (or a seed above 2147428874) leaves the generator in a state
  * that draws values below 0: a failed draw gives -1.0, the normal deviate
  * gives 0.0 and the Poisson deviate -1.0, until the next good restart. */
-double VLAPI ran1_export(int32_t *idum);                       /* uniform in [0, 1) */
-double VLAPI gasdevex_export(int32_t *idum, uint32_t reset);   /* bit 0 of reset drops the spare deviate, gives 0.0 */
-int32_t VLAPI ran1_dev_export_ptr(int32_t seed, double *out);  /* the seed is copied, never changed; 0 */
-int32_t VLAPI norm_dev_export_ptr(int32_t seed, double *out);  /* as above, normal deviate; 0 */
+double VLAPI ran1_export(int32_t *idum) VL_NOEXCEPT;                       /* uniform in [0, 1) */
+double VLAPI gasdevex_export(int32_t *idum, uint32_t reset) VL_NOEXCEPT;   /* bit 0 of reset drops the spare deviate, gives 0.0 */
+int32_t VLAPI ran1_dev_export_ptr(int32_t seed, double *out) VL_NOEXCEPT;  /* the seed is copied, never changed; 0 */
+int32_t VLAPI norm_dev_export_ptr(int32_t seed, double *out) VL_NOEXCEPT;  /* as above, normal deviate; 0 */
 
 /* Matrix inverse and sorting. */
 #define VL_INVERSE_MAX 128
@@ -269,12 +277,12 @@ int32_t VLAPI norm_dev_export_ptr(int32_t seed, double *out);  /* as above, norm
 /* Inverts the n x n row-major matrix in place (n: low 16 bits).  Answers 0,
  * 1 for n above 128 or no memory for the copy, 3 when singular (a pivot
  * below 1e-18 in magnitude). */
-int32_t VLAPI KelMath_Inverse(uint32_t n, double *matrix, uint32_t mode);
+int32_t VLAPI KelMath_Inverse(uint32_t n, double *matrix, uint32_t mode) VL_NOEXCEPT;
 #define VL_SORT_ASCENDING 0x20 /* flags: ascending; without it descending */
 /* Sorts n keys and moves each tag with its key; not stable but
  * deterministic.  Answers 0, or 1 when its stack of ranges overflowed (the
  * arrays then hold a permutation, not fully sorted). */
-int32_t VLAPI KelMath_Sort(uint32_t n, int32_t *tags, double *keys, uint32_t flags);
+int32_t VLAPI KelMath_Sort(uint32_t n, int32_t *tags, double *keys, uint32_t flags) VL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------
  * Text data and memory
@@ -299,7 +307,7 @@ int32_t VLAPI KelMath_Sort(uint32_t n, int32_t *tags, double *keys, uint32_t fla
  *   exactly, case counting, and answer its id or 32764.
  * Classes run from 0 to 102; a class without table, or above 102, finds
  * and lists nothing. */
-int32_t VLAPI KELUTIL_Names(uint32_t class_index, intptr_t argument, uint32_t operation);
+int32_t VLAPI KELUTIL_Names(uint32_t class_index, intptr_t argument, uint32_t operation) VL_NOEXCEPT;
 
 /* Memory objects: up to 500 byte strings in one movable block, known by
  * the handle in `*slot`, which an add may replace.  `command` uses its low
@@ -320,7 +328,7 @@ int32_t VLAPI KELUTIL_Names(uint32_t class_index, intptr_t argument, uint32_t op
  *   4101  numbering: `index` non-zero with a second base chooses the
  *         second numbering for adds; answers 0.
  * Commands with bit 4096 answer 0 at once for a null handle. */
-uint16_t VLAPI KELUTIL_MemObject(VL_HGLOBAL *slot, uint32_t command, uint32_t index, void *data, uint32_t size);
+uint16_t VLAPI KELUTIL_MemObject(VL_HGLOBAL *slot, uint32_t command, uint32_t index, void *data, uint32_t size) VL_NOEXCEPT;
 
 /* Lines of a text, ended by line feeds.  `operation` in 16 bits:
  *   0  `second` is a uint16_t * receiving the number of lines (a last line
@@ -333,18 +341,18 @@ uint16_t VLAPI KELUTIL_MemObject(VL_HGLOBAL *slot, uint32_t command, uint32_t in
  *      without its line end, and answers the text behind it (its
  *      terminator when it was the last line); null for a null text.
  *   other operations answer null. */
-char *VLAPI KELUTIL_MultiLineControl(char *first, void *second, uint32_t operation);
+char *VLAPI KELUTIL_MultiLineControl(char *first, void *second, uint32_t operation) VL_NOEXCEPT;
 
 /* Copies `count` bytes upward, one at a time: note the order, source
  * first.  Overlapping ranges repeat the source as a forward copy does.
  * Answers 0. */
-int32_t VLAPI KELUTIL_MemCopy(const void *source, void *target, int32_t count);
+int32_t VLAPI KELUTIL_MemCopy(const void *source, void *target, int32_t count) VL_NOEXCEPT;
 /* 0 when the `count` bytes are equal or `count` is 0, else 1. */
-int32_t VLAPI KELUTIL_StructCompare(const void *first, const void *second, uint32_t count);
+int32_t VLAPI KELUTIL_StructCompare(const void *first, const void *second, uint32_t count) VL_NOEXCEPT;
 /* Transposes `rows` x `columns` items of `item_size` bytes in place (rows
  * and columns in 16 bits).  Answers 0; 1 when no work memory is to be had,
  * also when the array's size overflows. */
-int32_t VLAPI KELUTIL_RowColChange(void *data, uint32_t rows, uint32_t columns, uint32_t item_size);
+int32_t VLAPI KELUTIL_RowColChange(void *data, uint32_t rows, uint32_t columns, uint32_t item_size) VL_NOEXCEPT;
 
 /* Section files: "[name]" header lines divide a text.  Names compare with
  * case ignored.
@@ -355,21 +363,21 @@ int32_t VLAPI KELUTIL_RowColChange(void *data, uint32_t rows, uint32_t columns, 
  * text.  A byte 255 reads as the end of the file.  Null when anything
  * fails, when the body is empty, and for a `name` longer than 119 bytes;
  * headers whose names pass 119 bytes match nothing. */
-VL_HGLOBAL VLAPI KELUTIL_GetFileSection(const char *path, const char *name);
+VL_HGLOBAL VLAPI KELUTIL_GetFileSection(const char *path, const char *name) VL_NOEXCEPT;
 /* A base path and a name composed behind it, each kept up to 259
  * characters.  `operation` in 16 bits: 0 stores `text` as the base, 1
  * composes the base and `text`, 2 answers the base, 3 the last composed
  * text; others answer null.  A null `text`, or one that would pass 259
  * characters, answers null and keeps what was stored. */
-const char *VLAPI KELUTIL_GetFileSection_Filename(const char *text, uint32_t operation);
+const char *VLAPI KELUTIL_GetFileSection_Filename(const char *text, uint32_t operation) VL_NOEXCEPT;
 /* The body of section `name` inside `text`, and its length in `*length`;
  * the last line of the text counts only with its line feed.  Null when
  * there is no such section (`*length` untouched), also for a body longer
  * than 65535 bytes. */
-char *VLAPI KELUTIL_GetMemSectionPtr(const char *text, const char *name, uint16_t *length);
+char *VLAPI KELUTIL_GetMemSectionPtr(const char *text, const char *name, uint16_t *length) VL_NOEXCEPT;
 /* Body length plus one (0 when the section is absent or its body longer
  * than 65534 bytes); with a `dst`, copies the body there, zero-ended. */
-uint16_t VLAPI KELUTIL_GetMemSection(const char *text, const char *name, char *dst);
+uint16_t VLAPI KELUTIL_GetMemSection(const char *text, const char *name, char *dst) VL_NOEXCEPT;
 /* The value of `key = value` in section `section` of `text`, into `out` of
  * `size` bytes (low 16 bits); `default_value` when the key is absent.  A
  * null `key` lists the keys instead, each zero-ended and a further zero
@@ -379,41 +387,41 @@ uint16_t VLAPI KELUTIL_GetMemSection(const char *text, const char *name, char *d
  * terminator (`out` untouched in all three).  A key of the text that does
  * not fit in `size` bytes never matches. */
 int32_t VLAPI KELUTIL_GetMemSectionEntry(const char *section, const char *key, const char *default_value, char *out,
-                                         uint32_t size, const char *text);
+                                         uint32_t size, const char *text) VL_NOEXCEPT;
 
 /* A member of a package file: a block holding its data, not terminated,
  * and its size in `*size`.  0 on every failure, `*size` untouched: no
  * member of that name (case ignored, names at most 16 bytes), a size of 0,
  * data lying outside the package. */
-VL_HGLOBAL VLAPI KELUTIL_GetFileFromPackage(const char *package, const char *name, uint32_t *size);
+VL_HGLOBAL VLAPI KELUTIL_GetFileFromPackage(const char *package, const char *name, uint32_t *size) VL_NOEXCEPT;
 /* Copies a file over an existing target.  With `keep_attributes` 0 the
  * copy loses a read-only mark.  Answers 0 or the system error code. */
-uint32_t VLAPI KELUTIL_CopyFile(const char *source, const char *target, uint32_t keep_attributes);
+uint32_t VLAPI KELUTIL_CopyFile(const char *source, const char *target, uint32_t keep_attributes) VL_NOEXCEPT;
 /* CreateFileA with the given access, share and disposition; -1 on failure. */
-int32_t VLAPI KELUTIL_32FileOpen(const char *name, uint32_t access, uint32_t share, uint32_t disposition);
+int32_t VLAPI KELUTIL_32FileOpen(const char *name, uint32_t access, uint32_t share, uint32_t disposition) VL_NOEXCEPT;
 /* Opens a file emptied, creating it when missing; -1 on failure. */
-int32_t VLAPI KELUTIL_32FileCreate(const char *name, uint32_t access, uint32_t share);
+int32_t VLAPI KELUTIL_32FileCreate(const char *name, uint32_t access, uint32_t share) VL_NOEXCEPT;
 /* -1 when the file can't be opened for reading; otherwise another value,
  * which is no open handle. */
-int32_t VLAPI KELUTIL_32FileTest(const char *name);
+int32_t VLAPI KELUTIL_32FileTest(const char *name) VL_NOEXCEPT;
 /* One write; answers the bytes written. */
-uint32_t VLAPI KELUTIL_32WriteFile(int32_t file, const void *data, uint32_t count);
+uint32_t VLAPI KELUTIL_32WriteFile(int32_t file, const void *data, uint32_t count) VL_NOEXCEPT;
 /* Writes `count` bytes; answers the bytes written (-1 on failure). */
-int32_t VLAPI KELUTIL_HugeWrite(int32_t file, const void *data, int32_t count);
+int32_t VLAPI KELUTIL_HugeWrite(int32_t file, const void *data, int32_t count) VL_NOEXCEPT;
 /* Write in pieces of 32767 bytes, read in pieces of 65535; 0, or 1 on the
  * first short piece.  A count of 0 transfers nothing and answers 0; a
  * negative count answers 1. */
-int32_t VLAPI Write64K(int32_t file, const void *data, int32_t count);
-int32_t VLAPI Read64K(int32_t file, void *data, int32_t count);
+int32_t VLAPI Write64K(int32_t file, const void *data, int32_t count) VL_NOEXCEPT;
+int32_t VLAPI Read64K(int32_t file, void *data, int32_t count) VL_NOEXCEPT;
 /* Reads one line, line end included, into `buffer` of `size` bytes (low 16
  * bits), zero-ended.  Answers `buffer`, or null when the file ended before
  * any byte (`buffer` then holds "") and for a `size` of 0 (nothing
  * written). */
-char *VLAPI KELUTIL_fgets(char *buffer, uint32_t size, int32_t file);
+char *VLAPI KELUTIL_fgets(char *buffer, uint32_t size, int32_t file) VL_NOEXCEPT;
 /* The size of an open file (low 32 bits); 0 on failure. */
-uint32_t VLAPI KELUTIL_JustFileSize(int32_t file);
+uint32_t VLAPI KELUTIL_JustFileSize(int32_t file) VL_NOEXCEPT;
 /* The size of a named file; 0 when it can't be opened. */
-uint32_t VLAPI KELUTIL_FileSizeFromName(const char *name);
+uint32_t VLAPI KELUTIL_FileSizeFromName(const char *name) VL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------
  * Number formatting
@@ -456,22 +464,22 @@ uint32_t VLAPI KELUTIL_FileSizeFromName(const char *name);
  * as it stands.  A "D" format prints the value as a date by
  * KELUTIL_date2str, with the number behind the "D" as its format (0 when
  * none); it needs that entry's room, and the answer is still `dst`. */
-char *VLAPI KELUTIL_real2str(double value, char *dst, const char *format);
+char *VLAPI KELUTIL_real2str(double value, char *dst, const char *format) VL_NOEXCEPT;
 /* `value` rounded to `places` decimals (16-bit signed; negative places round
  * to tens, hundreds...), halves away from zero.  The scaled value passes
  * through a 32-bit integer and loses its high bits beyond that range. */
-double VLAPI KELUTIL_real2real(double value, int32_t places);
+double VLAPI KELUTIL_real2real(double value, int32_t places) VL_NOEXCEPT;
 /* The decimal text of `value` in a static buffer of 30 bytes that the next
  * call overwrites. */
-char *VLAPI KELUTIL_int2str(int32_t value);
+char *VLAPI KELUTIL_int2str(int32_t value) VL_NOEXCEPT;
 /* The decimal text of `value` with '0' characters in front (in front of a
  * minus sign too) up to `width`; `dst` needs max(width, 11) + 1 bytes. */
-void VLAPI KELUTIL_int2fixstr(int32_t value, int32_t width, char *dst);
+void VLAPI KELUTIL_int2fixstr(int32_t value, int32_t width, char *dst) VL_NOEXCEPT;
 /* Reads a real from `key` of `section` in the settings file `file`.  The
  * default travels as the text KELUTIL_real2str makes with "*", so it comes
  * back at that precision (VL_MISSING_VALUE comes back as 0).  A stored text
  * that is a bad number answers VL_MISSING_VALUE. */
-double VLAPI KELUTIL_GetPrivateProfileReal(const char *section, const char *key, double def, const char *file);
+double VLAPI KELUTIL_GetPrivateProfileReal(const char *section, const char *key, double def, const char *file) VL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------
  * Format-directed output
@@ -504,7 +512,7 @@ double VLAPI KELUTIL_GetPrivateProfileReal(const char *section, const char *key,
  * domain) print "--" and answer 0.  `dst` needs VL_REAL_STR_ROOM bytes for
  * arbitrary W and P; with P up to 100 and exponent or general forms the text
  * stays below VL_FORMAT_ROOM. */
-int32_t VLAPI KELUTIL_real_str(double value, uint32_t mode, uint32_t width, uint32_t precision, char *dst);
+int32_t VLAPI KELUTIL_real_str(double value, uint32_t mode, uint32_t width, uint32_t precision, char *dst) VL_NOEXCEPT;
 /* Prints `value` by a format of the kind "%W.PC".  The first character is
  * skipped; W is read up to the first '.', P up to the first of G g F f E e
  * that occurs behind it (in that order of search), and that letter is the
@@ -518,7 +526,7 @@ int32_t VLAPI KELUTIL_real_str(double value, uint32_t mode, uint32_t width, uint
  * longer than 119 characters, without a '.', without one of the six letters
  * behind it, refused by the format rules of KELUTIL_real2str, or a text
  * longer than 119 characters - `dst` receives "--" and the answer is -1. */
-int32_t VLAPI KELUTIL_sprintf(char *dst, const char *format, double value);
+int32_t VLAPI KELUTIL_sprintf(char *dst, const char *format, double value) VL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------
  * Dates and times
@@ -551,7 +559,7 @@ typedef struct VL_DATE_RECORD {
 /* Tests month (0-11), day (1-31) and year (0-9999): 1 when all pass, 0
  * otherwise (also after repair).  VL_CHECK_FILL and VL_CHECK_MONTH_START
  * always answer 1. */
-int32_t VLAPI DateTime_CheckDate(VL_DATE_RECORD *record, int32_t flags);
+int32_t VLAPI DateTime_CheckDate(VL_DATE_RECORD *record, int32_t flags) VL_NOEXCEPT;
 
 /* Modes of DateTime_CvtDouble (low 16 bits of `mode`). */
 #define VL_CVT_TO_RECORD 0        /* value -> record; 1 when refused */
@@ -562,9 +570,9 @@ int32_t VLAPI DateTime_CheckDate(VL_DATE_RECORD *record, int32_t flags);
 #define VL_CVT_TO_VALUE 6         /* record -> value; 1 when refused */
 /* Converts between date values, records and seconds; pointers a mode does
  * not use may be null.  Answers 0 for good, as each mode documents. */
-int32_t VLAPI DateTime_CvtDouble(double *value, VL_DATE_RECORD *record, uint32_t mode);
+int32_t VLAPI DateTime_CvtDouble(double *value, VL_DATE_RECORD *record, uint32_t mode) VL_NOEXCEPT;
 /* Sets tm_sec, tm_min, tm_hour and tm_isdst to 0. */
-void VLAPI DateTime_ResetTimeOfDay(VL_DATE_RECORD *record);
+void VLAPI DateTime_ResetTimeOfDay(VL_DATE_RECORD *record) VL_NOEXCEPT;
 
 /* Prints a date value by a format (low 16 bits): 0 to 18 rows of the date
  * format table, 19 and 20 the custom slots, or a style word (high byte not
@@ -575,16 +583,16 @@ void VLAPI DateTime_ResetTimeOfDay(VL_DATE_RECORD *record);
  * With `out` null the format asks: 4096 -> 33292, the fullest format word;
  * 24576 -> the language flag; 28672 + n -> 1 when format n prints a part of
  * a date, 0 for the whole-date rows; 32768 reloads the regional settings. */
-uint16_t VLAPI KELUTIL_date2str(double value, uint32_t format, char *out);
+uint16_t VLAPI KELUTIL_date2str(double value, uint32_t format, char *out) VL_NOEXCEPT;
 
 /* Prints the time of day of a value, or a length of time in days, by a
  * time format (low 16 bits): rows 0 to 12, or a style word (high byte not
  * 0, low 8 bits used).  Answers 0.  With `out` null: format 0 sets the
  * wrapping period to `value` hours (0 switches it off), 4096 answers 10. */
-int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char *out);
+int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char *out) VL_NOEXCEPT;
 /* Reads a time text by a time format row (0 to 12) into days; the text is
  * cut in place.  An empty text answers VL_MISSING_VALUE. */
-double VLAPI KELUTIL_str2time(char *text, uint32_t format);
+double VLAPI KELUTIL_str2time(char *text, uint32_t format) VL_NOEXCEPT;
 
 /* Reads a date from text.  `flags` (low 16 bits, bit 128 aside): 3 answers
  * now with its time of day, 4 the marker 0.666666, 1024 a weekday (0-6, or
@@ -601,9 +609,9 @@ double VLAPI KELUTIL_str2time(char *text, uint32_t format);
  * today at midnight; a weekday or year format given a text with
  * delimiters (3/5/99) reads it as a short date.  Answers VL_MISSING_VALUE
  * for a text that gives no date. */
-double VLAPI KELUTIL_str2date(char *text, uint32_t flags, uint32_t format);
+double VLAPI KELUTIL_str2date(char *text, uint32_t flags, uint32_t format) VL_NOEXCEPT;
 /* The same as KELUTIL_str2date. */
-double VLAPI KELUTIL_str2date_ex(char *text, uint32_t flags, uint32_t format);
+double VLAPI KELUTIL_str2date_ex(char *text, uint32_t flags, uint32_t format) VL_NOEXCEPT;
 
 /* The custom date formats 19 (slot 0) and 20 (slot 1).  A picture uses d
  * dd ddd dddd, M MM MMM MMMM, y yy yyyy, h hh H HH, m mm, s ss, t tt, text
@@ -614,11 +622,11 @@ double VLAPI KELUTIL_str2date_ex(char *text, uint32_t flags, uint32_t format);
  * answers 19.  A picture with no date or time letter, longer than 60
  * characters or with more than four "#" leaves the slot as it was.
  * Answers 0 but for 256. */
-uint16_t VLAPI KELUTIL_custom_date_format(int32_t slot, uint32_t operation, char *text);
+uint16_t VLAPI KELUTIL_custom_date_format(int32_t slot, uint32_t operation, char *text) VL_NOEXCEPT;
 /* Prints a date value by custom slot 0 or 1 into `out` (61 bytes).
  * Answers 0, or 1 when it can't (a date before 1601, a picture whose
  * fraction has no seconds to follow). */
-int32_t VLAPI KELUTIL_date2str_custom(double value, int32_t slot, char *out);
+int32_t VLAPI KELUTIL_date2str_custom(double value, int32_t slot, char *out) VL_NOEXCEPT;
 
 /* Moves dates.  Operations (low 16 bits):
  *  0 adds the step *(double *)argument, in days;
@@ -638,7 +646,7 @@ int32_t VLAPI KELUTIL_date2str_custom(double value, int32_t slot, char *out);
  * plus one month is the last day of February); a weekday move crossing a
  * month boundary lands in the neighbouring month; a record that gives no
  * date leaves *date as it was.  Answers 0, except for operation 3. */
-int32_t VLAPI KELUTIL_dateinc(double *date, intptr_t argument, uint32_t operation);
+int32_t VLAPI KELUTIL_dateinc(double *date, intptr_t argument, uint32_t operation) VL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------
  * Colour table, palette and bevelled squares
@@ -704,7 +712,7 @@ typedef struct VL_HDC__ *VL_HDC;
  *      rewritten); answers the count, 0 for a null path (nothing written).
  *   23 answers 40.                       24 back to the snapshot.
  * Any other operation answers the operation itself. */
-int32_t VLAPI KELUTIL_Color(void *handle, uint32_t number, intptr_t value, uint32_t operation);
+int32_t VLAPI KELUTIL_Color(void *handle, uint32_t number, intptr_t value, uint32_t operation) VL_NOEXCEPT;
 
 /* The library's palette of 64 entries: the 40 table rows, then room for
  * the host's colours.  `operation` and `count` use their low 16 bits.
@@ -723,14 +731,14 @@ int32_t VLAPI KELUTIL_Color(void *handle, uint32_t number, intptr_t value, uint3
  *      file `value` (nothing for a null path).
  *   12 the palette handle (an HPALETTE), or 0.
  * Answers 0 apart from 5, 10 and 12; other operations do nothing. */
-intptr_t VLAPI KELUTIL_Palette(VL_HDC dc, uint32_t operation, uint32_t count, intptr_t value);
+intptr_t VLAPI KELUTIL_Palette(VL_HDC dc, uint32_t operation, uint32_t count, intptr_t value) VL_NOEXCEPT;
 
 #ifdef _WIN32
 /* The dialog procedure of the Colour dialog (dialog 32002 of the library's
  * resources), which KELUTIL_Color operation 2 runs.  It answers
  * WM_INITDIALOG (1), WM_COMMAND (1) and WM_PAINT (0, after painting the
  * sample); any other message answers 0.  `second` is not used. */
-INT_PTR VLAPI myColorDlg(HWND dialog, UINT message, WPARAM first, LPARAM second);
+INT_PTR VLAPI myColorDlg(HWND dialog, UINT message, WPARAM first, LPARAM second) VL_NOEXCEPT;
 #endif
 
 /* Bevelled squares, and the scaling behind them and behind pen widths.
@@ -751,7 +759,7 @@ INT_PTR VLAPI myColorDlg(HWND dialog, UINT message, WPARAM first, LPARAM second)
  *   4097, 4098, 4099  the size, the resolution, the zoom.
  *   4100  `value` (16 bits signed) in 1/500 point, in device units.
  *   any other: 0. */
-int32_t VLAPI KELUTIL_3Dsquare(VL_HDC dc, int32_t value, void *rect, void *out_rect, uint32_t flags);
+int32_t VLAPI KELUTIL_3Dsquare(VL_HDC dc, int32_t value, void *rect, void *out_rect, uint32_t flags) VL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------
  * Printer device and status window
@@ -797,7 +805,7 @@ typedef struct VL_PRINTER_BLOCK {
  * on the blocks and the profile (VLCORE_PROFILE), and those that give a
  * context answer null, as on a machine without the device; 5 and 11 find
  * no default printer. */
-VL_HDC VLAPI KELUTIL_PrinterDC(VL_HWND owner, uint32_t op, void *block);
+VL_HDC VLAPI KELUTIL_PrinterDC(VL_HWND owner, uint32_t op, void *block) VL_NOEXCEPT;
 
 #ifdef _WIN32
 /* Progress of a long operation of the host (low 4 bits of `command`):
@@ -816,7 +824,7 @@ VL_HDC VLAPI KELUTIL_PrinterDC(VL_HWND owner, uint32_t op, void *block);
  *     command, e.g. (const char *)(intptr_t)SW_HIDE.
  * A status call before any dialog exists does nothing to a window and
  * answers as without a dialog.  Operations above 6 answer 0. */
-int32_t VLAPI KELUTIL_Status(VL_HWND window, uint32_t command, int32_t value, const char *text);
+int32_t VLAPI KELUTIL_Status(VL_HWND window, uint32_t command, int32_t value, const char *text) VL_NOEXCEPT;
 #endif
 
 /* ------------------------------------------------------------------------
@@ -836,17 +844,17 @@ int32_t VLAPI KELUTIL_Status(VL_HWND window, uint32_t command, int32_t value, co
 /* The size of the colour table in bytes: the count times 4 with a 40-byte
  * header, times 3 otherwise.  0 for a null DIB; a count so large that the
  * size passes 32 bits answers 0xFFFFFFFF. */
-uint32_t VLAPI PaletteSize(const void *dib);
+uint32_t VLAPI PaletteSize(const void *dib) VL_NOEXCEPT;
 /* The address of the pixels: behind the header (40 bytes, or 12 for every
  * other size field, however large it claims to be) and the colour table.
  * Null for a null DIB. */
-void *VLAPI FindDIBBits(void *dib);
+void *VLAPI FindDIBBits(void *dib) VL_NOEXCEPT;
 
 #ifdef _WIN32
 /* A palette of the DIB's colour table (flags 0), or null: for a null
  * handle, a DIB without colour table (more than 8 bits per pixel), and a
  * block shorter than its header and colour table. */
-HPALETTE VLAPI CreateDIBPalette(HGLOBAL dib);
+HPALETTE VLAPI CreateDIBPalette(HGLOBAL dib) VL_NOEXCEPT;
 /* A bitmap compatible with the screen holding the DIB's picture, with
  * `palette` (or none) selected on the screen's context meanwhile.  The
  * colour table of a DIB of 8 bits or fewer is read as 16-bit indices into
@@ -856,18 +864,18 @@ HPALETTE VLAPI CreateDIBPalette(HGLOBAL dib);
  * give its own colours back).  DIBs of more bits have no colour table and
  * keep their colours.  Null for a null handle and for a block too short
  * for the pixels its header promises. */
-HBITMAP VLAPI DIBToBitmap(HGLOBAL dib, HPALETTE palette);
+HBITMAP VLAPI DIBToBitmap(HGLOBAL dib, HPALETTE palette) VL_NOEXCEPT;
 /* A DIB of the bitmap with a 40-byte header, by `palette` (null: the
  * default palette), at `bits` per pixel (low 16 bits; 0: the bitmap's own
  * depth).  Depths above 8 are made as 24; depths 2, 3, 5, 6 and 7 make no
  * DIB.  Null also for a null bitmap, when the window system can't give
  * the pixels, and without memory.  The bitmap must not be selected into a
  * device context. */
-HGLOBAL VLAPI KELUTIL_BitmapToDIB(HBITMAP bitmap, HPALETTE palette, uint32_t bits);
+HGLOBAL VLAPI KELUTIL_BitmapToDIB(HBITMAP bitmap, HPALETTE palette, uint32_t bits) VL_NOEXCEPT;
 /* A palette whose entry i stands for slot i of the system palette
  * (PC_EXPLICIT), sized by the device; null on a device with more colours
  * than a palette holds (no system palette), or without memory. */
-HPALETTE VLAPI GetSystemPalette(void);
+HPALETTE VLAPI GetSystemPalette(void) VL_NOEXCEPT;
 
 #define VL_BITMAPFILE_FINISH 0x2000 /* phase two */
 #define VL_BITMAPFILE_AREA 0x4000   /* phase one: size from area->right, area->bottom */
@@ -887,7 +895,7 @@ HPALETTE VLAPI GetSystemPalette(void);
  * open): the 14-byte file header, then header, colour table and pixels.
  * Without a picture under way (phase one failed, or phase two came
  * already) nothing is written.  Write errors are not reported.  Answers 0. */
-HDC VLAPI KELUTIL_BitmapFile(int32_t file, HDC dc, intptr_t area, int32_t flags);
+HDC VLAPI KELUTIL_BitmapFile(int32_t file, HDC dc, intptr_t area, int32_t flags) VL_NOEXCEPT;
 #endif
 
 /* ------------------------------------------------------------------------
@@ -904,7 +912,7 @@ HDC VLAPI KELUTIL_BitmapFile(int32_t file, HDC dc, intptr_t area, int32_t flags)
  * and `ext` (may be null) the last extension with its dot; `ext` keeps what
  * it held when the last part has no dot.  `path` is only read; `dir` may
  * be `path` itself.  Each output needs strlen(path)+1 bytes. */
-void VLAPI KELUTIL_SeparatePath(const char *path, char *dir, char *name, char *ext);
+void VLAPI KELUTIL_SeparatePath(const char *path, char *dir, char *name, char *ext) VL_NOEXCEPT;
 
 /* The path registry: at most 25 rows, each an extension key (the first 3
  * characters of `ext`, compared without regard to case), a directory of at
@@ -936,7 +944,7 @@ void VLAPI KELUTIL_SeparatePath(const char *path, char *dir, char *name, char *e
  *     whose key begins `ext`.
  * Answers -1 apart from 0, 4 and 5; other operations do nothing.
  * Natively the start-up directory is the POSIX working directory. */
-int32_t VLAPI KELUTIL_PathControl(uint32_t operation, char *path, char *ext, int32_t value);
+int32_t VLAPI KELUTIL_PathControl(uint32_t operation, char *path, char *ext, int32_t value) VL_NOEXCEPT;
 
 /* The file type table: rows 1 to 25, each a description of at most 119
  * characters (a label token, quoted when it holds blanks, then the pattern,
@@ -956,7 +964,7 @@ int32_t VLAPI KELUTIL_PathControl(uint32_t operation, char *path, char *ext, int
  *      `text`, case aside, else 0 (also for a null `text`).
  * Choice of this library: 17 and 19 to 22 answer 1 and change nothing for a
  * row below 1.  The others answer 0; other operations do nothing. */
-int32_t VLAPI KELUTIL_Fdlog_Str(char *text, int32_t row, uint32_t operation);
+int32_t VLAPI KELUTIL_Fdlog_Str(char *text, int32_t row, uint32_t operation) VL_NOEXCEPT;
 
 /* Fits the file name `path` (changed in place) to the extension `ext`,
  * given with its dot.  The last part of the path, from its last backslash
@@ -966,7 +974,7 @@ int32_t VLAPI KELUTIL_Fdlog_Str(char *text, int32_t row, uint32_t operation);
  * when `replace` is not 0; any other gets `ext` appended, so A.B becomes
  * A.B.DAT.  Nothing is appended to a last part of more than 262
  * characters.  Room: strlen(path) + strlen(ext) + 1. */
-void VLAPI check_extension(char *path, const char *ext, int32_t replace);
+void VLAPI check_extension(char *path, const char *ext, int32_t replace) VL_NOEXCEPT;
 
 /* ------------------------------------------------------------------------
  * Script window
@@ -1003,10 +1011,10 @@ void VLAPI check_extension(char *path, const char *ext, int32_t replace);
  * 64-bit): file name block 0/0, edit procedure 4/8, tab columns (16 bits)
  * 8/16, left margin 10/18, top margin 12/20, modified mark 14/22,
  * execution 16/24, host callback 18/26. */
-intptr_t VLAPI KelText(VL_HWND window, intptr_t value, intptr_t text, uint32_t code);
+intptr_t VLAPI KelText(VL_HWND window, intptr_t value, intptr_t text, uint32_t code) VL_NOEXCEPT;
 /* The window procedure of class VORLAN_SW, and that of its edit control. */
-LRESULT VLAPI EditWndProc(HWND window, UINT message, WPARAM first, LPARAM second);
-LRESULT VLAPI MyEditProc(HWND edit, UINT message, WPARAM first, LPARAM second);
+LRESULT VLAPI EditWndProc(HWND window, UINT message, WPARAM first, LPARAM second) VL_NOEXCEPT;
+LRESULT VLAPI MyEditProc(HWND edit, UINT message, WPARAM first, LPARAM second) VL_NOEXCEPT;
 #endif
 
 /* ------------------------------------------------------------------------
@@ -1063,7 +1071,7 @@ typedef struct VL_FILE_DIALOG_OPTIONS {
  * flag 1 the file's handle opened for reading.  On 0 or a handle `name`
  * (at least 266 bytes) holds the name without directory, and the working
  * directory is the chosen one.  Natively there is no dialog: -1. */
-int32_t VLAPI KELUTIL_FileDialog(VL_HWND owner, char *name, char *spec, uint32_t flags);
+int32_t VLAPI KELUTIL_FileDialog(VL_HWND owner, char *name, char *spec, uint32_t flags) VL_NOEXCEPT;
 
 /* The save dialog, or a command by `flags` (the first that applies):
  * 0x400: the comment line of the save dialogs, by the low 16 bits: 1024
@@ -1077,7 +1085,7 @@ int32_t VLAPI KELUTIL_FileDialog(VL_HWND owner, char *name, char *spec, uint32_t
  * when a name was chosen (`name` then holds the whole path; the working
  * directory stays), 1 when cancelled, failed, or the drive does not
  * exist.  Natively there is no dialog: 1. */
-int32_t VLAPI KELUTIL_FileSaveAs(VL_HWND owner, char *name, char *spec, uint32_t flags);
+int32_t VLAPI KELUTIL_FileSaveAs(VL_HWND owner, char *name, char *spec, uint32_t flags) VL_NOEXCEPT;
 
 /* The list of chosen files, one full path (at most 265 characters) a row.
  *   0 frees the list; 0.
@@ -1090,16 +1098,17 @@ int32_t VLAPI KELUTIL_FileSaveAs(VL_HWND owner, char *name, char *spec, uint32_t
  *   3 makes the list `value` rows cut from `text` at carriage returns
  *     (rows beyond the text are empty, longer rows cut to 265
  *     characters); 0.  Choice of this library: a `value` outside 0 to
- *     VL_FILE_LIST_ROWS answers 1 and keeps the old list.
+ *     VL_FILE_LIST_ROWS answers 1 and keeps the old list; without memory
+ *     for the rows it answers 1 and the list is empty.
  * Other operations answer `op` and do nothing. */
 #define VL_FILE_LIST_ROWS 4096
-int32_t VLAPI KELUTIL_MultiFile(VL_HWND owner, char *text, int32_t value, uint32_t op);
+int32_t VLAPI KELUTIL_MultiFile(VL_HWND owner, char *text, int32_t value, uint32_t op) VL_NOEXCEPT;
 
 #ifdef _WIN32
 /* The hooks of the library's file dialogs (their templates are resources
  * 3000 to 3003); the platform's dialog calls them. */
-UINT_PTR VLAPI FileOpenHookProc(HWND dialog, UINT message, WPARAM first, LPARAM second);
-UINT_PTR VLAPI MultiFileHookProc(HWND dialog, UINT message, WPARAM first, LPARAM second);
+UINT_PTR VLAPI FileOpenHookProc(HWND dialog, UINT message, WPARAM first, LPARAM second) VL_NOEXCEPT;
+UINT_PTR VLAPI MultiFileHookProc(HWND dialog, UINT message, WPARAM first, LPARAM second) VL_NOEXCEPT;
 #endif
 
 /* ------------------------------------------------------------------------

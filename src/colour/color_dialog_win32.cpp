@@ -263,7 +263,7 @@ bool ask_to_save() noexcept {
 
 using namespace vl::colour;
 
-extern "C" INT_PTR VLAPI myColorDlg(HWND dialog, UINT message, WPARAM first, LPARAM /*second*/) {
+extern "C" INT_PTR VLAPI myColorDlg(HWND dialog, UINT message, WPARAM first, LPARAM /*second*/) noexcept {
     switch (message) {
         case WM_PAINT: {
             // The dialog does not clip its children, so its background,

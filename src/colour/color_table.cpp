@@ -280,7 +280,7 @@ int32_t nearest(uint32_t rgb) noexcept {
 using namespace vl;
 using namespace vl::colour;
 
-extern "C" int32_t VLAPI KELUTIL_Color(void* handle, uint32_t number_arg, intptr_t value, uint32_t operation_arg) {
+extern "C" int32_t VLAPI KELUTIL_Color(void* handle, uint32_t number_arg, intptr_t value, uint32_t operation_arg) noexcept {
     const auto operation = static_cast<uint16_t>(operation_arg);
     uint32_t number = static_cast<uint16_t>(number_arg);
     auto* dc = static_cast<VL_HDC>(handle);

@@ -3,7 +3,9 @@
 
 #include <windows.h>
 
-#include <vector>
+#include <algorithm>
+#include <array>
+#include <cstddef>
 
 #include "colour/colour.h"
 
@@ -29,32 +31,49 @@ void add_combo_item(void* combo, const char* text) noexcept {
 
 namespace {
 
-std::vector<PALETTEENTRY> system_entries(std::span<const PaletteEntry> entries) {
-    std::vector<PALETTEENTRY> out;
-    out.reserve(entries.size());
-    for (const PaletteEntry& e : entries) out.push_back({e.red, e.green, e.blue, e.flags});
+// The most corners a drawn polygon has: the bevel's shadow has six.
+constexpr std::size_t kMostPolygonPoints = 8;
+
+// The library's palette entries in the system's form.  No palette has more
+// than kPaletteEntries entries, so the conversion needs no memory.
+struct SystemEntries {
+    std::array<PALETTEENTRY, kPaletteEntries> rows{};
+    std::size_t count = 0;
+};
+
+SystemEntries system_entries(std::span<const PaletteEntry> entries) noexcept {
+    SystemEntries out;
+    out.count = std::min(entries.size(), out.rows.size());
+    for (std::size_t i = 0; i < out.count; ++i)
+        out.rows[i] = {entries[i].red, entries[i].green, entries[i].blue, entries[i].flags};
     return out;
 }
+
+// LOGPALETTE with room for the whole palette behind its header.
+struct WholePalette {
+    WORD palVersion;
+    WORD palNumEntries;
+    PALETTEENTRY palPalEntry[kPaletteEntries];
+};
+static_assert(offsetof(WholePalette, palPalEntry) == offsetof(LOGPALETTE, palPalEntry));
 
 }  // namespace
 
 void* create_palette(const PaletteEntries& entries) noexcept {
     // The logical palette record: version and count, then the entries.
-    const std::size_t bytes = sizeof(LOGPALETTE) + (kPaletteEntries - 1) * sizeof(PALETTEENTRY);
-    std::vector<std::byte> block(bytes);
-    auto* record = reinterpret_cast<LOGPALETTE*>(block.data());
-    record->palVersion = kPaletteVersion;
-    record->palNumEntries = static_cast<WORD>(kPaletteEntries);
-    const std::vector<PALETTEENTRY> converted = system_entries(entries);
-    std::copy(converted.begin(), converted.end(), record->palPalEntry);
-    return CreatePalette(record);
+    WholePalette record{};
+    record.palVersion = kPaletteVersion;
+    record.palNumEntries = static_cast<WORD>(kPaletteEntries);
+    const SystemEntries converted = system_entries(entries);
+    std::copy_n(converted.rows.begin(), converted.count, record.palPalEntry);
+    return CreatePalette(reinterpret_cast<const LOGPALETTE*>(&record));
 }
 
 void set_palette_entries(void* palette, std::size_t first, std::span<const PaletteEntry> entries) noexcept {
     if (palette == nullptr || entries.empty()) return;
-    const std::vector<PALETTEENTRY> converted = system_entries(entries);
-    SetPaletteEntries(static_cast<HPALETTE>(palette), static_cast<UINT>(first), static_cast<UINT>(converted.size()),
-                      converted.data());
+    const SystemEntries converted = system_entries(entries);
+    SetPaletteEntries(static_cast<HPALETTE>(palette), static_cast<UINT>(first), static_cast<UINT>(converted.count),
+                      converted.rows.data());
 }
 
 void select_palette(VL_HDC dc, void* palette) noexcept {
@@ -70,9 +89,11 @@ namespace vl::colour::gdi {
 void rectangle(VL_HDC dc, const Rect& r) noexcept { Rectangle(dc, r.left, r.top, r.right, r.bottom); }
 
 void polygon(VL_HDC dc, std::span<const Point> points) noexcept {
-    std::vector<POINT> converted;
-    for (const Point& p : points) converted.push_back({p.x, p.y});
-    Polygon(dc, converted.data(), static_cast<int>(converted.size()));
+    // The bevelled shapes have a handful of corners; more are not drawn.
+    std::array<POINT, kMostPolygonPoints> converted{};
+    const std::size_t n = std::min(points.size(), converted.size());
+    for (std::size_t i = 0; i < n; ++i) converted[i] = {points[i].x, points[i].y};
+    Polygon(dc, converted.data(), static_cast<int>(n));
 }
 
 void move_to(VL_HDC dc, Point p) noexcept { MoveToEx(dc, p.x, p.y, nullptr); }

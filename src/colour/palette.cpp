@@ -90,7 +90,7 @@ void save_type(const char* path) noexcept {
 using namespace vl;
 using namespace vl::colour;
 
-extern "C" intptr_t VLAPI KELUTIL_Palette(VL_HDC dc, uint32_t operation, uint32_t count, intptr_t value) {
+extern "C" intptr_t VLAPI KELUTIL_Palette(VL_HDC dc, uint32_t operation, uint32_t count, intptr_t value) noexcept {
     switch (static_cast<uint16_t>(operation)) {
         case kBuild: build(); return 0;
         case kDelete:

@@ -214,7 +214,7 @@ int32_t draw(VL_HDC dc, int32_t value, const Rect* rect, Rect* out_rect, uint32_
 
 using namespace vl::colour;
 
-extern "C" int32_t VLAPI KELUTIL_3Dsquare(VL_HDC dc, int32_t value, void* rect, void* out_rect, uint32_t flags) {
+extern "C" int32_t VLAPI KELUTIL_3Dsquare(VL_HDC dc, int32_t value, void* rect, void* out_rect, uint32_t flags) noexcept {
     if (flags & kCommand) return command(static_cast<uint16_t>(flags), value, rect, out_rect);
     // Without a rectangle there is nothing to draw or to hand back.
     if (rect == nullptr) return 0;

@@ -36,7 +36,7 @@ using namespace vl::data;
 
 extern "C" {
 
-uint32_t VLAPI KELUTIL_CopyFile(const char* source, const char* target, uint32_t keep_attributes) {
+uint32_t VLAPI KELUTIL_CopyFile(const char* source, const char* target, uint32_t keep_attributes) noexcept {
     const uint32_t err = platform::file_copy(source, target);
     if (err) return err;
     // A read-only mark that came with the source goes, unless asked to stay.
@@ -44,46 +44,46 @@ uint32_t VLAPI KELUTIL_CopyFile(const char* source, const char* target, uint32_t
     return 0;
 }
 
-int32_t VLAPI KELUTIL_32FileOpen(const char* name, uint32_t access, uint32_t share, uint32_t disposition) {
+int32_t VLAPI KELUTIL_32FileOpen(const char* name, uint32_t access, uint32_t share, uint32_t disposition) noexcept {
     return platform::file_create(name, access, share, disposition);
 }
 
-int32_t VLAPI KELUTIL_32FileCreate(const char* name, uint32_t access, uint32_t share) {
+int32_t VLAPI KELUTIL_32FileCreate(const char* name, uint32_t access, uint32_t share) noexcept {
     // An existing file is emptied, a missing one made.
     const int32_t h = KELUTIL_32FileOpen(name, access, share, kTruncateExisting);
     return h != platform::kNoFile ? h : KELUTIL_32FileOpen(name, access, share, kCreateNew);
 }
 
-int32_t VLAPI KELUTIL_32FileTest(const char* name) {
+int32_t VLAPI KELUTIL_32FileTest(const char* name) noexcept {
     const int32_t h = KELUTIL_32FileOpen(name, kGenericRead, kShareReadWrite, kOpenExisting);
     if (h != platform::kNoFile) platform::file_close_handle(h);
     return h;
 }
 
-uint32_t VLAPI KELUTIL_32WriteFile(int32_t file, const void* data, uint32_t count) {
+uint32_t VLAPI KELUTIL_32WriteFile(int32_t file, const void* data, uint32_t count) noexcept {
     return platform::file_write_handle(file, data, count);
 }
 
-int32_t VLAPI KELUTIL_HugeWrite(int32_t file, const void* data, int32_t count) {
+int32_t VLAPI KELUTIL_HugeWrite(int32_t file, const void* data, int32_t count) noexcept {
     if (platform::file_small_writes_only()) return write_in_small_pieces(file, static_cast<const char*>(data), count);
     return platform::file_hwrite(file, data, count);
 }
 
-int32_t VLAPI Write64K(int32_t file, const void* data, int32_t count) {
+int32_t VLAPI Write64K(int32_t file, const void* data, int32_t count) noexcept {
     const auto* bytes = static_cast<const char*>(data);
     return transfer_in_pieces(count, kWritePiece, [&](uint32_t at, uint32_t length) {
         return platform::file_lwrite(file, bytes ? bytes + at : nullptr, length);
     });
 }
 
-int32_t VLAPI Read64K(int32_t file, void* data, int32_t count) {
+int32_t VLAPI Read64K(int32_t file, void* data, int32_t count) noexcept {
     auto* bytes = static_cast<char*>(data);
     return transfer_in_pieces(count, kReadPiece, [&](uint32_t at, uint32_t length) {
         return platform::file_lread(file, bytes ? bytes + at : nullptr, length);
     });
 }
 
-char* VLAPI KELUTIL_fgets(char* buffer, uint32_t size, int32_t file) {
+char* VLAPI KELUTIL_fgets(char* buffer, uint32_t size, int32_t file) noexcept {
     const auto room = static_cast<uint16_t>(size);
     if (!buffer || room == 0) return nullptr;
     // One byte at a time, so the file stands right behind the line.
@@ -102,12 +102,12 @@ char* VLAPI KELUTIL_fgets(char* buffer, uint32_t size, int32_t file) {
     return (ended && stored == 0) ? nullptr : buffer;
 }
 
-uint32_t VLAPI KELUTIL_JustFileSize(int32_t file) {
+uint32_t VLAPI KELUTIL_JustFileSize(int32_t file) noexcept {
     uint32_t size = 0;
     return platform::file_size32(file, size) ? size : 0;
 }
 
-uint32_t VLAPI KELUTIL_FileSizeFromName(const char* name) {
+uint32_t VLAPI KELUTIL_FileSizeFromName(const char* name) noexcept {
     const platform::FileHandle h = platform::file_lopen_read(name);
     if (h == platform::kNoFile) return 0;
     const uint32_t size = KELUTIL_JustFileSize(h);

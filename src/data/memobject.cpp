@@ -224,7 +224,7 @@ using namespace vl;
 using namespace vl::data;
 
 extern "C" uint16_t VLAPI KELUTIL_MemObject(VL_HGLOBAL* slot, uint32_t command, uint32_t index, void* data,
-                                            uint32_t size) {
+                                            uint32_t size) noexcept {
     if (!slot) return 0;
     const auto cmd = static_cast<uint16_t>(command);
     const auto idx = static_cast<uint16_t>(index);

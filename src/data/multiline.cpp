@@ -97,7 +97,7 @@ char* take_line(char* buffer, char* text) {
 
 using namespace vl::data;
 
-extern "C" char* VLAPI KELUTIL_MultiLineControl(char* first, void* second, uint32_t operation) {
+extern "C" char* VLAPI KELUTIL_MultiLineControl(char* first, void* second, uint32_t operation) noexcept {
     switch (static_cast<uint16_t>(operation)) {
         case kCountLines:
             if (first && second) {

@@ -45,7 +45,7 @@ std::span<const ClassTable> class_tables() noexcept { return kClassTables; }
 using namespace vl;
 using namespace vl::data;
 
-extern "C" int32_t VLAPI KELUTIL_Names(uint32_t class_index, intptr_t argument, uint32_t operation) {
+extern "C" int32_t VLAPI KELUTIL_Names(uint32_t class_index, intptr_t argument, uint32_t operation) noexcept {
     // 1. Filling the pointer table writes the same values every time.
     if (operation == kFill) {
         for (const ClassTable& t : kClassTables) name_pointer_table[t.class_index] = t.rows;

@@ -66,6 +66,6 @@ platform::MemHandle member(const char* package, const char* name, uint32_t* size
 }  // namespace
 }  // namespace vl::data
 
-extern "C" VL_HGLOBAL VLAPI KELUTIL_GetFileFromPackage(const char* package, const char* name, uint32_t* size) {
+extern "C" VL_HGLOBAL VLAPI KELUTIL_GetFileFromPackage(const char* package, const char* name, uint32_t* size) noexcept {
     return static_cast<VL_HGLOBAL>(vl::data::member(package, name, size));
 }

@@ -6,7 +6,7 @@
 #include "platform/platform.h"
 #include "vlcore.h"
 
-extern "C" int32_t VLAPI KELUTIL_MemCopy(const void* source, void* target, int32_t count) {
+extern "C" int32_t VLAPI KELUTIL_MemCopy(const void* source, void* target, int32_t count) noexcept {
     if (!source || !target) return 0;
     // One byte at a time, upward: an overlapping target repeats the source.
     const auto* from = static_cast<const volatile unsigned char*>(source);
@@ -15,13 +15,13 @@ extern "C" int32_t VLAPI KELUTIL_MemCopy(const void* source, void* target, int32
     return 0;
 }
 
-extern "C" int32_t VLAPI KELUTIL_StructCompare(const void* first, const void* second, uint32_t count) {
+extern "C" int32_t VLAPI KELUTIL_StructCompare(const void* first, const void* second, uint32_t count) noexcept {
     if (count == 0) return 0;
     if (!first || !second) return first == second ? 0 : 1;
     return std::memcmp(first, second, count) == 0 ? 0 : 1;
 }
 
-extern "C" int32_t VLAPI KELUTIL_RowColChange(void* data, uint32_t rows, uint32_t columns, uint32_t item_size) {
+extern "C" int32_t VLAPI KELUTIL_RowColChange(void* data, uint32_t rows, uint32_t columns, uint32_t item_size) noexcept {
     using namespace vl;
     // 1. The array's size; one that does not fit in memory has no work block.
     const uint64_t r = static_cast<uint16_t>(rows), c = static_cast<uint16_t>(columns);

@@ -7,6 +7,7 @@
 
 #include "data/section.h"
 #include "platform/platform.h"
+#include "internal/guard.h"
 #include "vlcore.h"
 
 namespace vl::data {
@@ -167,10 +168,7 @@ int32_t entry(const char* section, const char* key, const char* default_value, c
 }  // namespace vl::data
 
 extern "C" int32_t VLAPI KELUTIL_GetMemSectionEntry(const char* section, const char* key, const char* default_value,
-                                                    char* out, uint32_t size, const char* text) {
-    try {
-        return vl::data::entry(section, key, default_value, out, static_cast<uint16_t>(size), text);
-    } catch (...) {
-        return 1;  // no work memory
-    }
+                                                    char* out, uint32_t size, const char* text) noexcept {
+    // Without work memory the answer is 1, as for a missing section.
+    return vl::guarded(1, [&] { return vl::data::entry(section, key, default_value, out, static_cast<uint16_t>(size), text); });
 }

@@ -7,6 +7,7 @@
 #include "data/file_io.h"
 #include "data/section.h"
 #include "platform/platform.h"
+#include "internal/guard.h"
 #include "vlcore.h"
 
 namespace vl::data {
@@ -173,10 +174,7 @@ platform::MemHandle file_section(const char* path, const char* name) {
 }  // namespace
 }  // namespace vl::data
 
-extern "C" VL_HGLOBAL VLAPI KELUTIL_GetFileSection(const char* path, const char* name) {
-    try {
-        return static_cast<VL_HGLOBAL>(vl::data::file_section(path, name));
-    } catch (...) {
-        return nullptr;  // no memory for the reading buffer
-    }
+extern "C" VL_HGLOBAL VLAPI KELUTIL_GetFileSection(const char* path, const char* name) noexcept {
+    // Without memory for the reading buffer: no section.
+    return vl::guarded<VL_HGLOBAL>(nullptr, [&] { return static_cast<VL_HGLOBAL>(vl::data::file_section(path, name)); });
 }

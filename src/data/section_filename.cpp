@@ -14,7 +14,7 @@ constexpr uint16_t kComposed = 3;
 
 }  // namespace
 
-extern "C" const char* VLAPI KELUTIL_GetFileSection_Filename(const char* text, uint32_t operation) {
+extern "C" const char* VLAPI KELUTIL_GetFileSection_Filename(const char* text, uint32_t operation) noexcept {
     using vl::data::base_path_store;
     using vl::data::kBasePathRoom;
     auto& base = base_path_store.base;

@@ -86,14 +86,14 @@ namespace {
 constexpr std::size_t kLongestMemBody = 0xFFFF;
 }
 
-extern "C" char* VLAPI KELUTIL_GetMemSectionPtr(const char* text, const char* name, uint16_t* length) {
+extern "C" char* VLAPI KELUTIL_GetMemSectionPtr(const char* text, const char* name, uint16_t* length) noexcept {
     MemSection s{};
     if (!find_mem_section(text, name, s) || s.length > kLongestMemBody) return nullptr;
     if (length) *length = static_cast<uint16_t>(s.length);
     return const_cast<char*>(s.body);
 }
 
-extern "C" uint16_t VLAPI KELUTIL_GetMemSection(const char* text, const char* name, char* dst) {
+extern "C" uint16_t VLAPI KELUTIL_GetMemSection(const char* text, const char* name, char* dst) noexcept {
     MemSection s{};
     // Length plus one must fit the 16-bit answer.
     if (!find_mem_section(text, name, s) || s.length >= kLongestMemBody) return 0;

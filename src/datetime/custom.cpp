@@ -136,7 +136,7 @@ using namespace vl::datetime;
 
 extern "C" {
 
-uint16_t VLAPI KELUTIL_custom_date_format(int32_t slot, uint32_t operation, char* text) {
+uint16_t VLAPI KELUTIL_custom_date_format(int32_t slot, uint32_t operation, char* text) noexcept {
     const auto op = static_cast<uint16_t>(operation);
     if (op == kDefaults) {
         set_default(0);
@@ -156,7 +156,7 @@ uint16_t VLAPI KELUTIL_custom_date_format(int32_t slot, uint32_t operation, char
     return 0;
 }
 
-int32_t VLAPI KELUTIL_date2str_custom(double value, int32_t slot, char* out) {
+int32_t VLAPI KELUTIL_date2str_custom(double value, int32_t slot, char* out) noexcept {
     if (!out || slot < 0 || slot > 1) return 1;
     const CustomSlot& s = custom_slots[slot];
     const auto format = static_cast<uint16_t>(kFirstCustomFormat + slot);

@@ -56,12 +56,12 @@ using namespace vl::datetime;
 
 extern "C" {
 
-void VLAPI DateTime_ResetTimeOfDay(VL_DATE_RECORD* record) {
+void VLAPI DateTime_ResetTimeOfDay(VL_DATE_RECORD* record) noexcept {
     if (!record) return;
     record->tm_sec = record->tm_min = record->tm_hour = record->tm_isdst = 0;
 }
 
-int32_t VLAPI DateTime_CheckDate(VL_DATE_RECORD* record, int32_t flags) {
+int32_t VLAPI DateTime_CheckDate(VL_DATE_RECORD* record, int32_t flags) noexcept {
     if (!record) return 0;
     // 1. Month start wins over everything: from the 16th on, the first of
     //    the next month.
@@ -95,7 +95,7 @@ int32_t VLAPI DateTime_CheckDate(VL_DATE_RECORD* record, int32_t flags) {
     return mon_ok && mday_ok && year_ok ? 1 : 0;
 }
 
-int32_t VLAPI DateTime_CvtDouble(double* value, VL_DATE_RECORD* record, uint32_t mode) {
+int32_t VLAPI DateTime_CvtDouble(double* value, VL_DATE_RECORD* record, uint32_t mode) noexcept {
     const auto m = static_cast<uint16_t>(mode);
     // 1. Modes 0 and 1 first leave the value's seconds, clamped to 32 bits.
     if (m == 1) leave_seconds(value);

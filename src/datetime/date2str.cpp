@@ -219,7 +219,7 @@ uint16_t print_whole(double value, uint16_t style, char* out) noexcept {
 
 using namespace vl::datetime;
 
-extern "C" uint16_t VLAPI KELUTIL_date2str(double value, uint32_t format, char* out) {
+extern "C" uint16_t VLAPI KELUTIL_date2str(double value, uint32_t format, char* out) noexcept {
     const auto word = static_cast<uint16_t>(format);
     if (!out) return answer(word);
     // The table's whole-date formats, most calls, go straight to their

@@ -153,7 +153,7 @@ void month_start(double* date, int32_t day, uint32_t margin) noexcept {
 
 using namespace vl::datetime;
 
-extern "C" int32_t VLAPI KELUTIL_dateinc(double* date, intptr_t argument, uint32_t operation) {
+extern "C" int32_t VLAPI KELUTIL_dateinc(double* date, intptr_t argument, uint32_t operation) noexcept {
     const auto op = static_cast<uint16_t>(operation);
     if (op == kStepKind) {
         // Truncated as an integer; a value no integer holds gives the

@@ -412,14 +412,14 @@ namespace {
 
 }  // namespace
 
-double VLAPI KELUTIL_str2date(char* text, uint32_t flags, uint32_t format) {
+double VLAPI KELUTIL_str2date(char* text, uint32_t flags, uint32_t format) noexcept {
     // Nearly every call is plain format 0 with no flags; one test sends it
     // on, so the entry sets up no frame at all.
     if (((flags & 0xFFFF & ~kShortOverride) | (format & 0xFFFF)) == 0 && text) return read_plain(text);
     return read_other(text, flags, format);
 }
 
-double VLAPI KELUTIL_str2date_ex(char* text, uint32_t flags, uint32_t format) {
+double VLAPI KELUTIL_str2date_ex(char* text, uint32_t flags, uint32_t format) noexcept {
     return KELUTIL_str2date(text, flags, format);
 }
 

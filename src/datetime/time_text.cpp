@@ -190,7 +190,7 @@ using namespace vl::datetime;
 
 extern "C" {
 
-int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char* out) {
+int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char* out) noexcept {
     const auto word = static_cast<uint16_t>(format);
     // Without a buffer the word is a command: 0 sets the period (in hours),
     // 4096 asks for the finest time format.
@@ -202,7 +202,7 @@ int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char* out) {
     return 0;
 }
 
-double VLAPI KELUTIL_str2time(char* text, uint32_t format) {
+double VLAPI KELUTIL_str2time(char* text, uint32_t format) noexcept {
     // 1. Nothing to read.
     if (!text || !*text) return MISSING_VALUE;
     const uint16_t style = time_style(static_cast<uint16_t>(format));

@@ -12,6 +12,7 @@
 
 #include "filedlg/dialogs.h"
 #include "filedlg/filedlg_state.h"
+#include "internal/guard.h"
 #include "internal/host.h"
 #include "platform/platform.h"
 #include "vlcore.h"
@@ -84,13 +85,16 @@ HWND sized_window(HWND dialog) noexcept { return bExplorerDialog ? GetParent(dia
 
 void set_text_of(HWND dialog, int id, const char* text) noexcept { SetDlgItemTextA(dialog, id, text); }
 
+// A row of a list box; without memory for it, an empty text.
 std::string list_text(HWND dialog, int list, int row) noexcept {
-    const LRESULT length = SendDlgItemMessageA(dialog, list, LB_GETTEXTLEN, static_cast<WPARAM>(row), 0);
-    if (length == LB_ERR || length < 0) return {};
-    std::string text(static_cast<std::size_t>(length) + 1, '\0');
-    SendDlgItemMessageA(dialog, list, LB_GETTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(text.data()));
-    text.resize(std::strlen(text.c_str()));
-    return text;
+    return guarded(std::string(), [&] {
+        const LRESULT length = SendDlgItemMessageA(dialog, list, LB_GETTEXTLEN, static_cast<WPARAM>(row), 0);
+        if (length == LB_ERR || length < 0) return std::string();
+        std::string text(static_cast<std::size_t>(length) + 1, '\0');
+        SendDlgItemMessageA(dialog, list, LB_GETTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(text.data()));
+        text.resize(std::strlen(text.c_str()));
+        return text;
+    });
 }
 
 // ---- The comment line ------------------------------------------------------
@@ -283,7 +287,9 @@ void FileExplorerInfo(HWND dialog, UINT message, int id) noexcept {
 int32_t MultiFileAdd(HWND dialog) noexcept {
     const LRESULT count = SendDlgItemMessageA(dialog, kFileList, LB_GETSELCOUNT, 0, 0);
     if (count == LB_ERR || count <= 0) return 1;
-    std::vector<int> rows(static_cast<std::size_t>(count));
+    // Without memory for the selection nothing is added.
+    std::vector<int> rows;
+    if (!guarded(false, [&] { return rows.resize(static_cast<std::size_t>(count)), true; })) return 1;
     const LRESULT got = SendDlgItemMessageA(dialog, kFileList, LB_GETSELITEMS, static_cast<WPARAM>(count),
                                             reinterpret_cast<LPARAM>(rows.data()));
     if (got == LB_ERR || got <= 0) return 1;
@@ -311,7 +317,9 @@ void take_chosen_list(HWND dialog) noexcept {
 void remove_chosen(HWND dialog) noexcept {
     const LRESULT count = SendDlgItemMessageA(dialog, kChosenList, LB_GETSELCOUNT, 0, 0);
     if (count == LB_ERR || count <= 0) return;
-    std::vector<int> rows(static_cast<std::size_t>(count));
+    // Without memory for the selection nothing is removed.
+    std::vector<int> rows;
+    if (!guarded(false, [&] { return rows.resize(static_cast<std::size_t>(count)), true; })) return;
     const LRESULT got = SendDlgItemMessageA(dialog, kChosenList, LB_GETSELITEMS, static_cast<WPARAM>(count),
                                             reinterpret_cast<LPARAM>(rows.data()));
     // From the last, so the numbers of the others stay.
@@ -322,7 +330,7 @@ void remove_chosen(HWND dialog) noexcept {
 
 // The caption of a dialog template of the library, for a dialog that was
 // given no title: the platform would otherwise show its own.
-std::string template_caption(int32_t id) noexcept {
+std::string caption_of_template(int32_t id) {
     HRSRC const found = FindResourceA(library_instance(), MAKEINTRESOURCEA(id), MAKEINTRESOURCEA(5));
     HGLOBAL const loaded = found ? LoadResource(library_instance(), found) : nullptr;
     const auto* words = loaded ? static_cast<const WORD*>(LockResource(loaded)) : nullptr;
@@ -342,6 +350,10 @@ std::string template_caption(int32_t id) noexcept {
     std::string caption;
     for (; at < size && words[at] != 0; ++at) caption += static_cast<char>(words[at] < 256 ? words[at] : '?');
     return caption;
+}
+
+std::string template_caption(int32_t id) noexcept {
+    return guarded(std::string(), [&] { return caption_of_template(id); });
 }
 
 // The old-style dialog puts a type's pattern into the name box after the
@@ -398,16 +410,12 @@ void FileInfoCommand(HWND dialog, const char* argument, int32_t mode) noexcept {
     }
 }
 
-int32_t FileListSelectedPath(HWND dialog, std::span<char> out, int32_t index) noexcept {
-    if (!out.empty()) out[0] = '\0';
-    if (index < 0) {
-        const LRESULT selection = SendDlgItemMessageA(dialog, kFileList, LB_GETCURSEL, 0, 0);
-        if (selection == LB_ERR) return 1;
-        index = static_cast<int32_t>(selection);
-    }
-    std::array<char, kPathRoom> label{};
-    GetDlgItemTextA(dialog, kDirectoryLabel, label.data(), static_cast<int>(kPathRoom - 1));
-    std::string dir = label.data();
+namespace {
+
+// The full path of row `index` of the file list, the directory read from
+// `label` or the directory list.
+int32_t selected_path(HWND dialog, const char* label, std::span<char> out, int32_t index) {
+    std::string dir = label;
     // A directory list whose rows are the steps of the path names the
     // directory afresh down to its selection; rows of the "[name]" form
     // carry no path, and the label stands.
@@ -422,6 +430,20 @@ int32_t FileListSelectedPath(HWND dialog, std::span<char> out, int32_t index) no
     }
     const std::string name = list_text(dialog, kFileList, index);
     return JoinPath(dir, name, out) ? 0 : 1;
+}
+
+}  // namespace
+
+int32_t FileListSelectedPath(HWND dialog, std::span<char> out, int32_t index) noexcept {
+    if (!out.empty()) out[0] = '\0';
+    if (index < 0) {
+        const LRESULT selection = SendDlgItemMessageA(dialog, kFileList, LB_GETCURSEL, 0, 0);
+        if (selection == LB_ERR) return 1;
+        index = static_cast<int32_t>(selection);
+    }
+    std::array<char, kPathRoom> label{};
+    GetDlgItemTextA(dialog, kDirectoryLabel, label.data(), static_cast<int>(kPathRoom - 1));
+    return guarded(1, [&] { return selected_path(dialog, label.data(), out, index); });
 }
 
 bool RunFileDialog(VL_HWND owner, DialogView& view, DialogChoice& choice) noexcept {
@@ -531,7 +553,7 @@ UINT_PTR CALLBACK FileExplorerHook(HWND dialog, UINT message, WPARAM first, LPAR
 using namespace vl;
 using namespace vl::filedlg;
 
-extern "C" UINT_PTR VLAPI FileOpenHookProc(HWND dialog, UINT message, WPARAM first, LPARAM second) {
+extern "C" UINT_PTR VLAPI FileOpenHookProc(HWND dialog, UINT message, WPARAM first, LPARAM second) noexcept {
     FileOptionsHook(dialog, message, first, second);
     if (message == WM_INITDIALOG) {
         const auto* record = reinterpret_cast<const OPENFILENAMEA*>(second);
@@ -570,7 +592,7 @@ extern "C" UINT_PTR VLAPI FileOpenHookProc(HWND dialog, UINT message, WPARAM fir
     }
 }
 
-extern "C" UINT_PTR VLAPI MultiFileHookProc(HWND dialog, UINT message, WPARAM first, LPARAM) {
+extern "C" UINT_PTR VLAPI MultiFileHookProc(HWND dialog, UINT message, WPARAM first, LPARAM) noexcept {
     if (message == WM_INITDIALOG) {
         SendDlgItemMessageA(dialog, kChosenList, LB_RESETCONTENT, 0, 0);
         return 1;

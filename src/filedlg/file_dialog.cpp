@@ -2,8 +2,8 @@
 // dialogs, and what a dialog that ended well leaves for the next one.
 
 #include <algorithm>
+#include <array>
 #include <cstring>
-#include <string>
 
 #include "filedlg/dialogs.h"
 #include "filedlg/filedlg_state.h"
@@ -78,10 +78,7 @@ void fit_save_name(std::span<char> file, const char* spec) noexcept {
         // of its type.
         if (std::strlen(dot + 1) > 3) dot[4] = '\0';
         const std::size_t front = static_cast<std::size_t>(dot - file.data());
-        if (front > kFittedName) {
-            const std::string ext(dot);
-            std::memcpy(file.data() + kFittedName, ext.c_str(), ext.size() + 1);
-        }
+        if (front > kFittedName) std::memmove(file.data() + kFittedName, dot, std::strlen(dot) + 1);
         look_up_last_ext();
         return;
     }
@@ -100,8 +97,12 @@ void fit_save_name(std::span<char> file, const char* spec) noexcept {
 
 // "*." and the extension last used: the save dialog's one type.
 void make_spec_pattern() noexcept {
-    const std::string pattern = "*." + std::string(szLastExt.data());
-    set_text(szSpecPattern, pattern.c_str());
+    // Cut to the pattern's room, as any text set into it is.
+    const std::size_t n = strnlen(szLastExt.data(), szSpecPattern.size() - 3);
+    szSpecPattern[0] = '*';
+    szSpecPattern[1] = '.';
+    std::memcpy(szSpecPattern.data() + 2, szLastExt.data(), n);
+    szSpecPattern[2 + n] = '\0';
 }
 
 // The title the next dialog shows: the host's, kept for the dialog under way.
@@ -155,12 +156,14 @@ void PrepareSave(const char* name, char* spec, uint32_t flags, DialogView& view)
         spec_to_first_row(spec);
         FileExtensionOf(szLastExt.data(), spec);
         make_spec_pattern();
-        // The proposed name's directory is where the dialog opens.
-        const std::string whole = name ? name : "";
-        std::string dir(whole.size() + 1, '\0'), last(whole.size() + 1, '\0');
-        KELUTIL_SeparatePath(whole.c_str(), dir.data(), last.data(), nullptr);
-        set_text(szCurrentDir, dir.c_str());
-        set_text(view.file, last.c_str());
+        // The proposed name's directory is where the dialog opens.  Both
+        // parts go to fixed fields, so a name too long for them is cut
+        // before it is split.
+        std::array<char, kPathRoom> whole{}, dir{}, last{};
+        set_text(whole, name);
+        KELUTIL_SeparatePath(whole.data(), dir.data(), last.data(), nullptr);
+        set_text(szCurrentDir, dir.data());
+        set_text(view.file, last.data());
         FilterFromSpec(szSpecFilter, szSpecPattern.data());
         view.filter = szSpecFilter.data();
         fit_save_name(view.file, spec);
@@ -223,14 +226,14 @@ namespace {
 // The chosen path split; false when its drive does not exist.
 bool take_directory(const DialogChoice& choice, bool had_spec) noexcept {
     std::array<char, kPathRoom> dir{}, file{};
-    const std::string path(choice.path.data(), strnlen(choice.path.data(), choice.path.size()));
-    if (path.size() >= kPathRoom) return false;
-    KELUTIL_SeparatePath(path.c_str(), dir.data(), file.data(), nullptr);
+    const char* const path = choice.path.data();
+    if (strnlen(path, choice.path.size()) >= std::min(kPathRoom, choice.path.size())) return false;
+    KELUTIL_SeparatePath(path, dir.data(), file.data(), nullptr);
     szFileName = file;
     if (!PathRootExists(dir.data())) return false;
     szCurrentDir = dir;
     KELUTIL_Fdlog_Str(nullptr, choice.filter_index, kSelect);
-    if (!had_spec) PathRememberChoice(path.c_str(), choice.filter_index);
+    if (!had_spec) PathRememberChoice(path, choice.filter_index);
     return true;
 }
 
@@ -257,7 +260,7 @@ int32_t FinishSave(const DialogChoice& choice, bool had_spec, char* name) noexce
 using namespace vl;
 using namespace vl::filedlg;
 
-extern "C" int32_t VLAPI KELUTIL_FileDialog(VL_HWND owner, char* name, char* spec, uint32_t flags) {
+extern "C" int32_t VLAPI KELUTIL_FileDialog(VL_HWND owner, char* name, char* spec, uint32_t flags) noexcept {
     if (reinterpret_cast<uintptr_t>(name) == kNoTitle) {
         dwNoTitle = kNoTitle;
         return 0;
@@ -288,7 +291,7 @@ extern "C" int32_t VLAPI KELUTIL_FileDialog(VL_HWND owner, char* name, char* spe
     return result;
 }
 
-extern "C" int32_t VLAPI KELUTIL_FileSaveAs(VL_HWND owner, char* name, char* spec, uint32_t flags) {
+extern "C" int32_t VLAPI KELUTIL_FileSaveAs(VL_HWND owner, char* name, char* spec, uint32_t flags) noexcept {
     if (flags & kComment) {
         switch (static_cast<uint16_t>(flags)) {
             case 1024:

@@ -7,6 +7,7 @@
 
 #include "filedlg/dialogs.h"
 #include "filedlg/filedlg_state.h"
+#include "internal/guard.h"
 #include "platform/platform.h"
 #include "vlcore.h"
 
@@ -44,12 +45,21 @@ void FileListRelease() noexcept {
 }
 
 bool FileListFillFromText(const char* text, int32_t count) noexcept {
-    const std::string whole = text ? text : "";
+    // The text is copied first, as it may lie in the old list.  Without
+    // memory for the copy the list ends empty, as without memory for rows.
+    std::string whole, token;
+    if (!guarded(false, [&] {
+            whole = text ? text : "";
+            token.resize(whole.size() + 1);
+            return true;
+        })) {
+        FileListFree();
+        return false;
+    }
     const char* at = whole.c_str();
-    std::string token;
     return FileListFill(count, [&](int32_t, std::span<char> row) {
-        // Rows past the text's end stay empty.
-        token.assign(std::strlen(at) + 1, '\0');
+        // Rows past the text's end stay empty; no token is longer than the
+        // text, so the room made above always holds it.
         at = KELUTIL_next_token_sep(token.data(), at, "\r");
         const std::size_t n = std::min(std::strlen(token.c_str()), row.size() - 1);
         std::memcpy(row.data(), token.c_str(), n);
@@ -75,7 +85,7 @@ void FileListRow(int32_t index, char* out) noexcept {
 using namespace vl;
 using namespace vl::filedlg;
 
-extern "C" int32_t VLAPI KELUTIL_MultiFile(VL_HWND owner, char* text, int32_t value, uint32_t operation) {
+extern "C" int32_t VLAPI KELUTIL_MultiFile(VL_HWND owner, char* text, int32_t value, uint32_t operation) noexcept {
     const auto op = static_cast<uint16_t>(operation);
     switch (op) {
         case kFree: FileListFree(); return 0;
@@ -89,8 +99,7 @@ extern "C" int32_t VLAPI KELUTIL_MultiFile(VL_HWND owner, char* text, int32_t va
         case kFromText:
             // A count the list can't hold leaves the old list as it was.
             if (value < 0 || value > kFileListRows) return kRefused;
-            FileListFillFromText(text, value);
-            return 0;
+            return FileListFillFromText(text, value) || value == 0 ? 0 : kRefused;
         default: return static_cast<int32_t>(op);
     }
 }

@@ -190,7 +190,7 @@ bool FitNameToType(int32_t selection, std::span<char> name, bool replace) noexce
 using namespace vl;
 using namespace vl::filedlg;
 
-extern "C" int32_t VLAPI KELUTIL_Fdlog_Str(char* text, int32_t row_value, uint32_t operation) {
+extern "C" int32_t VLAPI KELUTIL_Fdlog_Str(char* text, int32_t row_value, uint32_t operation) noexcept {
     const int16_t row = static_cast<int16_t>(row_value);
     if (row > kFileTypeRows) return kRejected;
     // Rows are numbered from 1; the operations on a row refuse any other.
@@ -223,7 +223,7 @@ extern "C" int32_t VLAPI KELUTIL_Fdlog_Str(char* text, int32_t row_value, uint32
     }
 }
 
-extern "C" void VLAPI check_extension(char* path, const char* ext, int32_t replace) {
+extern "C" void VLAPI check_extension(char* path, const char* ext, int32_t replace) noexcept {
     if (!path || !ext) return;
     // 1. The last part of the path, from its backslash on.
     char* const backslash = std::strrchr(path, '\\');

@@ -169,7 +169,7 @@ void PathRememberChoice(const char* file_name, int32_t filter_row) noexcept {
 using namespace vl;
 using namespace vl::filedlg;
 
-extern "C" int32_t VLAPI KELUTIL_PathControl(uint32_t operation, char* path, char* ext, int32_t value) {
+extern "C" int32_t VLAPI KELUTIL_PathControl(uint32_t operation, char* path, char* ext, int32_t value) noexcept {
     const uint16_t op = static_cast<uint16_t>(operation);
     if (op > kRemember) return kNoRow;
     // The key is taken before anything else, so that ext may be an output.
@@ -186,7 +186,7 @@ extern "C" int32_t VLAPI KELUTIL_PathControl(uint32_t operation, char* path, cha
     }
 }
 
-extern "C" void VLAPI KELUTIL_SeparatePath(const char* path, char* dir, char* name, char* ext) {
+extern "C" void VLAPI KELUTIL_SeparatePath(const char* path, char* dir, char* name, char* ext) noexcept {
     if (!path) return;
     // 1. Back from the end, whole characters at a time, to the last
     //    backslash or colon.

@@ -58,7 +58,7 @@ uintptr_t start(VL_HWND window, uint16_t version, intptr_t settings) {
 using namespace vl;
 using namespace vl::frame;
 
-extern "C" uintptr_t VLAPI KELUTIL_Main(VL_HWND window, uint32_t version, intptr_t value, uint32_t operation) {
+extern "C" uintptr_t VLAPI KELUTIL_Main(VL_HWND window, uint32_t version, intptr_t value, uint32_t operation) noexcept {
     switch (static_cast<uint16_t>(operation)) {
         case kStart: return start(window, static_cast<uint16_t>(version), value);
         case kEnd: KELUTIL_Color(window, version, value, kColourEnd); return 0;

@@ -147,23 +147,23 @@ using namespace vl::math;
 
 extern "C" {
 
-double VLAPI t_dist_export(const double* p_n) { return t_dist(p_n); }
+double VLAPI t_dist_export(const double* p_n) noexcept { return t_dist(p_n); }
 
-int32_t VLAPI t_dist_export_ptr(const double* p_n, double* out) {
+int32_t VLAPI t_dist_export_ptr(const double* p_n, double* out) noexcept {
     *out = t_dist(p_n);
     return 0;
 }
 
-double VLAPI F_dist_export(const double* p_m_n) { return F_dist(p_m_n); }
+double VLAPI F_dist_export(const double* p_m_n) noexcept { return F_dist(p_m_n); }
 
-int32_t VLAPI F_dist_export_ptr(const double* p_m_n, double* out) {
+int32_t VLAPI F_dist_export_ptr(const double* p_m_n, double* out) noexcept {
     *out = F_dist(p_m_n);
     return 0;
 }
 
-double VLAPI Chisqr_dist_export(const double* p_df) { return Chisqr_dist(p_df); }
+double VLAPI Chisqr_dist_export(const double* p_df) noexcept { return Chisqr_dist(p_df); }
 
-int32_t VLAPI Chisqr_dist_export_ptr(const double* p_df, double* out) {
+int32_t VLAPI Chisqr_dist_export_ptr(const double* p_df, double* out) noexcept {
     *out = Chisqr_dist(p_df);
     return 0;
 }

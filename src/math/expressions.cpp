@@ -32,7 +32,7 @@ using namespace vl::math;
 
 extern "C" {
 
-int32_t VLAPI lognorm_prob_export_ptr(double x, double center, double width, double height, double* out) {
+int32_t VLAPI lognorm_prob_export_ptr(double x, double center, double width, double height, double* out) noexcept {
     // 1. Logarithms of the three need them above 0.
     if (!(x > 0.0) || !(center > 0.0) || !(width > 0.0)) {
         errno = 0;
@@ -45,7 +45,7 @@ int32_t VLAPI lognorm_prob_export_ptr(double x, double center, double width, dou
     return 0;
 }
 
-int32_t VLAPI poisson_prob_ptr(double k, double mean, double height, double* out) {
+int32_t VLAPI poisson_prob_ptr(double k, double mean, double height, double* out) noexcept {
     // 1. Only a positive mean has a distribution.
     if (!(mean > 0.0)) return 1;
     // 2. No probability below 0.
@@ -62,7 +62,7 @@ int32_t VLAPI poisson_prob_ptr(double k, double mean, double height, double* out
     return 0;
 }
 
-int32_t VLAPI angle_export_ptr(double* x_y_out) {
+int32_t VLAPI angle_export_ptr(double* x_y_out) noexcept {
     // The sense of this result is the reverse of the other entries: 1 good.
     math_error_flag = 0;
     x_y_out[2] = angle_of(x_y_out[0], x_y_out[1]);

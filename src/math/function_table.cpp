@@ -244,7 +244,7 @@ int32_t seed(const void* input) noexcept {
 using namespace vl::math;
 
 extern "C" int32_t VLAPI KelMath_function(int32_t /*reserved*/, uint32_t code, void* input, void* output,
-                                          uint32_t unit) {
+                                          uint32_t unit) noexcept {
     math_error_flag = 0;
     const auto operation = static_cast<uint16_t>(code);
     // Each generator call brings its own argument of 1, which restarts

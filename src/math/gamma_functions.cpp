@@ -189,33 +189,33 @@ using namespace vl::math;
 
 extern "C" {
 
-double VLAPI gammln_export(double x) { return gammln(x); }
+double VLAPI gammln_export(double x) noexcept { return gammln(x); }
 
-int32_t VLAPI ln_gamma_export_ptr(double x, double* out) {
+int32_t VLAPI ln_gamma_export_ptr(double x, double* out) noexcept {
     *out = gammln(x);
     return 0;
 }
 
-double VLAPI error_func_export(double x) { return error_func(x); }
+double VLAPI error_func_export(double x) noexcept { return error_func(x); }
 
-int32_t VLAPI error_func_export_ptr(double* value) {
+int32_t VLAPI error_func_export_ptr(double* value) noexcept {
     *value = error_func(*value);
     return 0;
 }
 
-double VLAPI incomp_beta_export(const double* x_a_b) { return incomp_beta(x_a_b); }
+double VLAPI incomp_beta_export(const double* x_a_b) noexcept { return incomp_beta(x_a_b); }
 
-int32_t VLAPI incomp_beta_export_ptr(const double* x_a_b, double* out) {
+int32_t VLAPI incomp_beta_export_ptr(const double* x_a_b, double* out) noexcept {
     *out = incomp_beta(x_a_b);
     return 0;
 }
 
-int32_t VLAPI chisquare_prob_Q_export_ptr(double* out, double x, double df) {
+int32_t VLAPI chisquare_prob_Q_export_ptr(double* out, double x, double df) noexcept {
     *out = (x < 0.0 || df <= 0.0) ? 1.0 : 1.0 - incomp_gamma(df / 2.0, x / 2.0);
     return 0;
 }
 
-int32_t VLAPI bico_export_ptr(int32_t n, int32_t k, double* out) {
+int32_t VLAPI bico_export_ptr(int32_t n, int32_t k, double* out) noexcept {
     // n - k in 64 bits, then clamped: log_factorial is 0 below 2 anyway.
     const int64_t rest = static_cast<int64_t>(n) - k;
     const int32_t nk = rest < INT32_MIN ? INT32_MIN : rest > INT32_MAX ? INT32_MAX : static_cast<int32_t>(rest);

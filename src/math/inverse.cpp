@@ -97,7 +97,7 @@ int32_t invert(std::span<double> a, std::size_t n) noexcept {
 
 using namespace vl::math;
 
-extern "C" int32_t VLAPI KelMath_Inverse(uint32_t n32, double* matrix, uint32_t mode) {
+extern "C" int32_t VLAPI KelMath_Inverse(uint32_t n32, double* matrix, uint32_t mode) noexcept {
     const uint16_t n = static_cast<uint16_t>(n32);
     // 1. The bookkeeping has room for 128 steps.
     if (n > kMaxOrder) return kRefused;

@@ -62,22 +62,22 @@ using namespace vl::math;
 
 extern "C" {
 
-double VLAPI cum_gauss_export(double x) { return cum_gauss(x); }
+double VLAPI cum_gauss_export(double x) noexcept { return cum_gauss(x); }
 
-int32_t VLAPI norm_prob_export_ptr(double x, double* out) {
+int32_t VLAPI norm_prob_export_ptr(double x, double* out) noexcept {
     *out = cum_gauss(x);
     return 0;
 }
 
-double VLAPI gauss_inv_export(double p) { return gauss_inv(p); }
+double VLAPI gauss_inv_export(double p) noexcept { return gauss_inv(p); }
 
-double VLAPI inv_prob_export(double y) { return inv_prob(y); }
+double VLAPI inv_prob_export(double y) noexcept { return inv_prob(y); }
 
-int32_t VLAPI inv_prob_export_ptr(double y, double* out) {
+int32_t VLAPI inv_prob_export_ptr(double y, double* out) noexcept {
     *out = inv_prob(y);
     return 0;
 }
 
-double VLAPI inv_erf_export(double y) { return inv_erf(y); }
+double VLAPI inv_erf_export(double y) noexcept { return inv_erf(y); }
 
 }  // extern "C"

@@ -178,17 +178,17 @@ using namespace vl::math;
 
 extern "C" {
 
-double VLAPI ran1_export(int32_t* idum) { return ran1(idum); }
+double VLAPI ran1_export(int32_t* idum) noexcept { return ran1(idum); }
 
-double VLAPI gasdevex_export(int32_t* idum, uint32_t reset) { return gasdevex(idum, reset); }
+double VLAPI gasdevex_export(int32_t* idum, uint32_t reset) noexcept { return gasdevex(idum, reset); }
 
-int32_t VLAPI ran1_dev_export_ptr(int32_t seed, double* out) {
+int32_t VLAPI ran1_dev_export_ptr(int32_t seed, double* out) noexcept {
     // The caller's seed is copied, so a negative one restarts every time.
     *out = ran1(&seed);
     return 0;
 }
 
-int32_t VLAPI norm_dev_export_ptr(int32_t seed, double* out) {
+int32_t VLAPI norm_dev_export_ptr(int32_t seed, double* out) noexcept {
     *out = gasdevex(&seed, 0);
     return 0;
 }

@@ -115,7 +115,7 @@ struct Sorter {
 
 using namespace vl::math;
 
-extern "C" int32_t VLAPI KelMath_Sort(uint32_t n, int32_t* tags, double* keys, uint32_t flags) {
+extern "C" int32_t VLAPI KelMath_Sort(uint32_t n, int32_t* tags, double* keys, uint32_t flags) noexcept {
     // Only the order bit is read.
     if (flags & VL_SORT_ASCENDING) return Sorter<true>{keys, tags, n}.run();
     return Sorter<false>{keys, tags, n}.run();

@@ -114,13 +114,13 @@ using namespace vl;
 
 extern "C" {
 
-uint32_t VLAPI PaletteSize(const void* dib) {
+uint32_t VLAPI PaletteSize(const void* dib) noexcept {
     if (!dib) return 0;
     const uint64_t size = output::color_table_size(dib);
     return size > UINT32_MAX ? UINT32_MAX : static_cast<uint32_t>(size);
 }
 
-void* VLAPI FindDIBBits(void* dib) {
+void* VLAPI FindDIBBits(void* dib) noexcept {
     if (!dib) return nullptr;
     // Integer arithmetic: a damaged header may point far outside the block,
     // and the caller is the one who can tell.

@@ -59,7 +59,7 @@ using namespace vl::output;
 
 extern "C" {
 
-HPALETTE VLAPI CreateDIBPalette(HGLOBAL dib_handle) {
+HPALETTE VLAPI CreateDIBPalette(HGLOBAL dib_handle) noexcept {
     // 1. No DIB, no palette.
     if (!dib_handle) return nullptr;
     // 2. Lock the DIB and count its colours; a block too short for what
@@ -82,7 +82,7 @@ HPALETTE VLAPI CreateDIBPalette(HGLOBAL dib_handle) {
     return palette;
 }
 
-HBITMAP VLAPI DIBToBitmap(HGLOBAL dib_handle, HPALETTE palette) {
+HBITMAP VLAPI DIBToBitmap(HGLOBAL dib_handle, HPALETTE palette) noexcept {
     // 1. No DIB, no bitmap.
     if (!dib_handle) return nullptr;
     // 2. Lock it, find its pixels and take the screen's context.
@@ -113,7 +113,7 @@ HBITMAP VLAPI DIBToBitmap(HGLOBAL dib_handle, HPALETTE palette) {
     return bitmap;
 }
 
-HGLOBAL VLAPI KELUTIL_BitmapToDIB(HBITMAP bitmap, HPALETTE palette, uint32_t bits) {
+HGLOBAL VLAPI KELUTIL_BitmapToDIB(HBITMAP bitmap, HPALETTE palette, uint32_t bits) noexcept {
     // 1. No bitmap, no DIB; without a palette the default one.
     if (!bitmap) return nullptr;
     if (!palette) palette = static_cast<HPALETTE>(GetStockObject(DEFAULT_PALETTE));
@@ -193,7 +193,7 @@ HGLOBAL VLAPI KELUTIL_BitmapToDIB(HBITMAP bitmap, HPALETTE palette, uint32_t bit
     return result;
 }
 
-HPALETTE VLAPI GetSystemPalette(void) {
+HPALETTE VLAPI GetSystemPalette(void) noexcept {
     // 1. The screen's context.
     HDC screen = GetDC(nullptr);
     if (!screen) return nullptr;
@@ -213,7 +213,7 @@ HPALETTE VLAPI GetSystemPalette(void) {
     });
 }
 
-HDC VLAPI KELUTIL_BitmapFile(int32_t file, HDC dc, intptr_t area, int32_t flags) {
+HDC VLAPI KELUTIL_BitmapFile(int32_t file, HDC dc, intptr_t area, int32_t flags) noexcept {
     const auto mode = static_cast<int16_t>(flags);
     if ((mode & kFinishPicture) == 0) {
         // Phase one.  1. The size of the picture.

@@ -141,9 +141,13 @@ bool block_field_operation(uint16_t op, void* argument) noexcept {
 
 bool default_printer_changed(PrinterBlock& block) noexcept {
     if (block.wDevNamesSize == 0 || (names_default(block) & 1) == 0) return false;
-    const std::string before(names_device(block));
+    // The name lies in the block's names, so a copy of that room holds it.
+    std::array<char, kNamesRoom> room{};
+    const std::string_view name = names_device(block);
+    const std::size_t n = std::min(name.size(), room.size());
+    std::copy_n(name.begin(), n, room.begin());
     read_profile_printer(block);
-    return before != names_device(block);
+    return std::string_view(room.data(), n) != names_device(block);
 }
 
 namespace {

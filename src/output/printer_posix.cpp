@@ -9,7 +9,7 @@
 using namespace vl;
 using namespace vl::output;
 
-extern "C" VL_HDC VLAPI KELUTIL_PrinterDC(VL_HWND /*owner*/, uint32_t op, void* block) {
+extern "C" VL_HDC VLAPI KELUTIL_PrinterDC(VL_HWND /*owner*/, uint32_t op, void* block) noexcept {
     const auto code = static_cast<uint16_t>(op);
     if (block_field_operation(code, block)) return nullptr;
     switch (code) {

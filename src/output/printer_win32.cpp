@@ -11,6 +11,7 @@
 
 #include "output/printer.h"
 #include "platform/platform.h"
+#include "internal/guard.h"
 #include "vlcore.h"
 
 namespace vl::output {
@@ -192,6 +193,6 @@ HDC printer_dc(HWND owner, uint16_t op, void* argument) {
 }  // namespace
 }  // namespace vl::output
 
-extern "C" HDC VLAPI KELUTIL_PrinterDC(HWND owner, uint32_t op, void* block) {
-    return vl::output::printer_dc(owner, static_cast<uint16_t>(op), block);
+extern "C" HDC VLAPI KELUTIL_PrinterDC(HWND owner, uint32_t op, void* block) noexcept {
+    return vl::guarded<HDC>(nullptr, [&] { return vl::output::printer_dc(owner, static_cast<uint16_t>(op), block); });
 }

@@ -10,6 +10,7 @@
 #include "output/status.h"
 #include "output_ids.h"
 #include "platform/platform.h"
+#include "internal/guard.h"
 #include "vlcore.h"
 
 namespace vl::output {
@@ -125,12 +126,7 @@ int32_t poll(int32_t value) {
     return status_record.abort;
 }
 
-}  // namespace
-}  // namespace vl::output
-
-using namespace vl::output;
-
-extern "C" int32_t VLAPI KELUTIL_Status(HWND window, uint32_t command, int32_t value, const char* text) {
+int32_t status_entry(HWND window, uint32_t command, int32_t value, const char* text) {
     switch (command & kOperationBits) {
         case kOpen: return open(window, command, text);
         case kProgress: return progress(static_cast<uint16_t>(value));
@@ -144,4 +140,12 @@ extern "C" int32_t VLAPI KELUTIL_Status(HWND window, uint32_t command, int32_t v
             return 0;
         default: return 0;
     }
+}
+
+}  // namespace
+}  // namespace vl::output
+
+extern "C" int32_t VLAPI KELUTIL_Status(HWND window, uint32_t command, int32_t value, const char* text) noexcept {
+    // Without memory for the host's line the call fails as a missing dialog does.
+    return vl::guarded(1, [&] { return vl::output::status_entry(window, command, value, text); });
 }

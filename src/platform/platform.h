@@ -26,19 +26,19 @@ namespace vl::platform {
 // The system profile is the real one on Windows; natively it is the INI
 // file named by VLCORE_PROFILE (sections "intl" and "windows"), and
 // without that variable every key takes the caller's default.
-uint32_t profile_string(const char* section, const char* key, const char* def, std::span<char> out);
-int32_t profile_int(const char* section, const char* key, int32_t def);
+uint32_t profile_string(const char* section, const char* key, const char* def, std::span<char> out) noexcept;
+int32_t profile_int(const char* section, const char* key, int32_t def) noexcept;
 uint32_t private_profile_string(const char* section, const char* key, const char* def, std::span<char> out,
-                                const char* file);
+                                const char* file) noexcept;
 // Returns false when the file can't be written.  A null value deletes the
 // key, a null key deletes the section.
-bool write_private_profile_string(const char* section, const char* key, const char* value, const char* file);
+bool write_private_profile_string(const char* section, const char* key, const char* value, const char* file) noexcept;
 
 // ---- String table -----------------------------------------------------------
 // LoadStringA semantics: copies the text of string `id`, truncated to
 // out.size() - 1 bytes and zero-terminated; answers its length, 0 when the
 // table has no such string (out[0] is then 0 as well).
-int32_t load_string(uint32_t id, std::span<char> out);
+int32_t load_string(uint32_t id, std::span<char> out) noexcept;
 
 // ---- Single-byte text -----------------------------------------------------
 // Upper-casing in the system's single-byte code page (CharUpperA).
@@ -55,11 +55,11 @@ int compare_nocase(const char* a, const char* b) noexcept;
 // foreign or freed handle answers null/0 instead of touching memory.
 using MemHandle = void*;
 constexpr uint32_t kMemMoveableZeroInit = 0x42;
-MemHandle mem_alloc(uint32_t flags, std::size_t bytes);
-void* mem_lock(MemHandle h);
-bool mem_unlock(MemHandle h);  // true while the block stays locked
-std::size_t mem_size(MemHandle h);
-MemHandle mem_free(MemHandle h);  // null on success, `h` on failure
+MemHandle mem_alloc(uint32_t flags, std::size_t bytes) noexcept;
+void* mem_lock(MemHandle h) noexcept;
+bool mem_unlock(MemHandle h) noexcept;  // true while the block stays locked
+std::size_t mem_size(MemHandle h) noexcept;
+MemHandle mem_free(MemHandle h) noexcept;  // null on success, `h` on failure
 
 // ---- Files -----------------------------------------------------------------
 // Windows file handles and _lopen handles travel in a 32-bit slot; natively

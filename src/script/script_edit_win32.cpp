@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "internal/guard.h"
 #include "script/script_win32.h"
 
 namespace vl::script {
@@ -56,12 +57,7 @@ HGLOBAL ScriptGetCurrentLine(CurrentLine& line, HWND edit) {
 
 void send_char(HWND edit, char c) { SendMessageA(edit, WM_CHAR, static_cast<unsigned char>(c), 0); }
 
-}  // namespace
-}  // namespace vl::script
-
-using namespace vl::script;
-
-extern "C" LRESULT VLAPI MyEditProc(HWND edit, UINT message, WPARAM first, LPARAM second) {
+LRESULT edit_control(HWND edit, UINT message, WPARAM first, LPARAM second) {
     const HWND window = GetParent(edit);
     const auto own = reinterpret_cast<WNDPROC>(record_pointer(window, kEditProc));
     if (message == WM_KEYDOWN && first == VK_RETURN && record_word(window, kExecute) != 0) {
@@ -89,4 +85,12 @@ extern "C" LRESULT VLAPI MyEditProc(HWND edit, UINT message, WPARAM first, LPARA
     }
     if (!own) return DefWindowProcA(edit, message, first, second);
     return CallWindowProcA(own, edit, message, first, second);
+}
+
+}  // namespace
+}  // namespace vl::script
+
+extern "C" LRESULT VLAPI MyEditProc(HWND edit, UINT message, WPARAM first, LPARAM second) noexcept {
+    // Without memory for the line the key does nothing.
+    return vl::guarded<LRESULT>(0, [&] { return vl::script::edit_control(edit, message, first, second); });
 }

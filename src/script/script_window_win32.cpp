@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "internal/guard.h"
 #include "internal/host.h"
 #include "platform/platform.h"
 #include "script/script_win32.h"
@@ -164,12 +165,7 @@ void script_command(HWND window, HWND edit, WPARAM first) {
     }
 }
 
-}  // namespace
-}  // namespace vl::script
-
-using namespace vl::script;
-
-extern "C" intptr_t VLAPI KelText(VL_HWND window, intptr_t value, intptr_t text, uint32_t code) {
+intptr_t kel_text(VL_HWND window, intptr_t value, intptr_t text, uint32_t code) {
     switch (code) {
         case kLoadAccelerators:
             script_state.hScriptAccel =
@@ -202,7 +198,7 @@ extern "C" intptr_t VLAPI KelText(VL_HWND window, intptr_t value, intptr_t text,
     }
 }
 
-extern "C" LRESULT VLAPI EditWndProc(HWND window, UINT message, WPARAM first, LPARAM second) {
+LRESULT edit_window(HWND window, UINT message, WPARAM first, LPARAM second) {
     const HWND edit = script_edit(window);
     switch (message) {
         case WM_CREATE: ScriptCreateEdit(window); return 0;
@@ -223,4 +219,17 @@ extern "C" LRESULT VLAPI EditWndProc(HWND window, UINT message, WPARAM first, LP
         default: break;
     }
     return DefWindowProcA(window, message, first, second);
+}
+
+}  // namespace
+}  // namespace vl::script
+
+// Both run host commands and file work that need memory; without it the
+// call does nothing and answers 0.
+extern "C" intptr_t VLAPI KelText(VL_HWND window, intptr_t value, intptr_t text, uint32_t code) noexcept {
+    return vl::guarded<intptr_t>(0, [&] { return vl::script::kel_text(window, value, text, code); });
+}
+
+extern "C" LRESULT VLAPI EditWndProc(HWND window, UINT message, WPARAM first, LPARAM second) noexcept {
+    return vl::guarded<LRESULT>(0, [&] { return vl::script::edit_window(window, message, first, second); });
 }

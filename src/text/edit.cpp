@@ -31,7 +31,7 @@ int simple_escape(char c) noexcept {
 
 extern "C" {
 
-char* VLAPI KELUTIL_str_inside(char* text, uint32_t mode) {
+char* VLAPI KELUTIL_str_inside(char* text, uint32_t mode) noexcept {
     // 1. Leading white space goes only in mode 0.
     if ((mode & 0xFFFF) == 0) {
         while (is_space(*text)) ++text;
@@ -53,14 +53,14 @@ char* VLAPI KELUTIL_str_inside(char* text, uint32_t mode) {
     return text;
 }
 
-void VLAPI KELUTIL_strip(char* text) {
+void VLAPI KELUTIL_strip(char* text) noexcept {
     char* out = text;
     for (const char* p = text; *p; ++p)
         if (!is_space(*p)) *out++ = *p;
     *out = '\0';
 }
 
-int32_t VLAPI KELUTIL_prepend_string(char* text, uint32_t ch, int32_t count) {
+int32_t VLAPI KELUTIL_prepend_string(char* text, uint32_t ch, int32_t count) noexcept {
     if (!text) return 1;
     char kept[kPrependKeep + 1];
     const std::size_t n = strnlen(text, kPrependKeep);
@@ -75,7 +75,7 @@ int32_t VLAPI KELUTIL_prepend_string(char* text, uint32_t ch, int32_t count) {
     return 0;
 }
 
-int32_t VLAPI KELUTIL_str2ascii(char* text) {
+int32_t VLAPI KELUTIL_str2ascii(char* text) noexcept {
     char* out = text;
     const char* p = text;
     while (*p) {
@@ -109,7 +109,7 @@ int32_t VLAPI KELUTIL_str2ascii(char* text) {
     return static_cast<int32_t>(out - text);
 }
 
-int32_t VLAPI KELUTIL_End_Number(char* stem, const char* text) {
+int32_t VLAPI KELUTIL_End_Number(char* stem, const char* text) noexcept {
     const std::size_t len = std::strlen(text);
     std::memmove(stem, text, len + 1);
     // 1. A short text or one that ends in no digit stays whole.
@@ -129,7 +129,7 @@ int32_t VLAPI KELUTIL_End_Number(char* stem, const char* text) {
     return number;
 }
 
-int32_t VLAPI KELUTIL_GetParsedArguments(char* text, char** slots, int32_t max, uint32_t flags) {
+int32_t VLAPI KELUTIL_GetParsedArguments(char* text, char** slots, int32_t max, uint32_t flags) noexcept {
     if (!text || *text == '\0') return 0;
     if (flags & 1) KELUTIL_strip(text);
     slots[0] = text;

@@ -137,7 +137,7 @@ using namespace vl::text;
 
 extern "C" {
 
-int32_t VLAPI KELUTIL_real_str(double value, uint32_t mode, uint32_t width, uint32_t precision, char* dst) {
+int32_t VLAPI KELUTIL_real_str(double value, uint32_t mode, uint32_t width, uint32_t precision, char* dst) noexcept {
     mode &= 0xFF;
     const uint32_t kind = mode & 15;
     const auto w = static_cast<int32_t>(width & 0xFF);
@@ -225,7 +225,7 @@ int32_t VLAPI KELUTIL_real_str(double value, uint32_t mode, uint32_t width, uint
     return ok ? 0 : 1;
 }
 
-int32_t VLAPI KELUTIL_sprintf(char* dst, const char* format, double value) {
+int32_t VLAPI KELUTIL_sprintf(char* dst, const char* format, double value) noexcept {
     auto refuse = [dst] {
         std::memcpy(dst, "--", 3);
         return -1;

@@ -79,7 +79,7 @@ using namespace vl::text;
 
 extern "C" {
 
-int32_t VLAPI KELUTIL_str2int(const char* text) {
+int32_t VLAPI KELUTIL_str2int(const char* text) noexcept {
     // 1. Clear the flag, skip white space.
     number_error_flag = 0;
     const char* p = text;
@@ -98,14 +98,14 @@ int32_t VLAPI KELUTIL_str2int(const char* text) {
     return static_cast<int32_t>(negative ? 0u - n : n);
 }
 
-int32_t VLAPI KELUTIL_cvtstr2int(const char* text, int32_t* out) {
+int32_t VLAPI KELUTIL_cvtstr2int(const char* text, int32_t* out) noexcept {
     const int32_t n = KELUTIL_str2int(text);
     if (number_error_flag) return 0;
     *out = n;
     return 1;
 }
 
-int32_t VLAPI KELUTIL_cvtstr2real(char* text, double* out) {
+int32_t VLAPI KELUTIL_cvtstr2real(char* text, double* out) noexcept {
     // 1. Skip white space; a minus is the sign, a plus stays with the digits.
     char* p = text;
     while (is_space(*p)) ++p;
@@ -147,12 +147,12 @@ int32_t VLAPI KELUTIL_cvtstr2real(char* text, double* out) {
     return 1;
 }
 
-double VLAPI KELUTIL_str2real(char* text) {
+double VLAPI KELUTIL_str2real(char* text) noexcept {
     double value;
     return KELUTIL_cvtstr2real(text, &value) ? value : MISSING_VALUE;
 }
 
-int32_t VLAPI KELUTIL_hexstr2int(char* text) {
+int32_t VLAPI KELUTIL_hexstr2int(char* text) noexcept {
     char* p = text;
     while (is_space(*p)) ++p;
     bool negative = false;

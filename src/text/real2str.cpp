@@ -196,7 +196,7 @@ using namespace vl::text;
 
 extern "C" {
 
-char* VLAPI KELUTIL_real2str(double value, char* dst, const char* format) {
+char* VLAPI KELUTIL_real2str(double value, char* dst, const char* format) noexcept {
     // 1.-3. Reserved values, non-numbers and the far ends of the range.  A
     //       NaN goes with DIV_ZERO_VALUE: the host's comparison finds them
     //       equal.
@@ -257,7 +257,7 @@ char* VLAPI KELUTIL_real2str(double value, char* dst, const char* format) {
     return dst;
 }
 
-double VLAPI KELUTIL_real2real(double value, int32_t places) {
+double VLAPI KELUTIL_real2real(double value, int32_t places) noexcept {
     // 1. Scale, and round half away from zero.
     const double p = pow10(static_cast<int16_t>(places));
     const double t = std::trunc(value * p + (value >= 0 ? 0.5 : -0.5));
@@ -270,13 +270,13 @@ double VLAPI KELUTIL_real2real(double value, int32_t places) {
     return n / p;
 }
 
-char* VLAPI KELUTIL_int2str(int32_t value) {
+char* VLAPI KELUTIL_int2str(int32_t value) noexcept {
     static char buffer[30];
     *std::to_chars(buffer, buffer + sizeof buffer - 1, value).ptr = '\0';
     return buffer;
 }
 
-void VLAPI KELUTIL_int2fixstr(int32_t value, int32_t width, char* dst) {
+void VLAPI KELUTIL_int2fixstr(int32_t value, int32_t width, char* dst) noexcept {
     // 1. The plain number.
     char digits[16];
     const auto len = static_cast<int32_t>(std::to_chars(digits, digits + sizeof digits, value).ptr - digits);
@@ -287,7 +287,7 @@ void VLAPI KELUTIL_int2fixstr(int32_t value, int32_t width, char* dst) {
     dst[fill + len] = '\0';
 }
 
-double VLAPI KELUTIL_GetPrivateProfileReal(const char* section, const char* key, double def, const char* file) {
+double VLAPI KELUTIL_GetPrivateProfileReal(const char* section, const char* key, double def, const char* file) noexcept {
     // 1. The default travels as text, at the precision of the "*" format.
     char def_text[kShortBodyRoom];
     KELUTIL_real2str(def, def_text, "*");

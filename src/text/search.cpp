@@ -98,7 +98,7 @@ using namespace vl::text;
 
 extern "C" {
 
-char* VLAPI KELUTIL_strchr(const char* text, int32_t ch, uint32_t flags) {
+char* VLAPI KELUTIL_strchr(const char* text, int32_t ch, uint32_t flags) noexcept {
     if (!text) return nullptr;
     const Sought sought(ch, flags & VL_STRCHR_UPPER);
     const char* hit =
@@ -106,7 +106,7 @@ char* VLAPI KELUTIL_strchr(const char* text, int32_t ch, uint32_t flags) {
     return const_cast<char*>(hit);
 }
 
-char* VLAPI KELUTIL_string_in_string(const char* needle, const char* text, uint32_t flags) {
+char* VLAPI KELUTIL_string_in_string(const char* needle, const char* text, uint32_t flags) noexcept {
     if (*text == '\0') return nullptr;
     const bool exact = flags & VL_SIS_EXACT;
     const bool prefix_only = flags & VL_SIS_PREFIX;
@@ -123,7 +123,7 @@ char* VLAPI KELUTIL_string_in_string(const char* needle, const char* text, uint3
     return nullptr;
 }
 
-uint16_t VLAPI KELUTIL_FindString(const VL_NAME_ROW* table, const char* name) {
+uint16_t VLAPI KELUTIL_FindString(const VL_NAME_ROW* table, const char* name) noexcept {
     for (const VL_NAME_ROW* row = table; row->name; ++row)
         if (platform::compare(row->name, name) == 0) return static_cast<uint16_t>(row->id);
     return 32764;

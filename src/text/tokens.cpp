@@ -49,7 +49,7 @@ using namespace vl::text;
 
 extern "C" {
 
-char* VLAPI KELUTIL_next_token(char* token, const char* text) {
+char* VLAPI KELUTIL_next_token(char* token, const char* text) noexcept {
     // 1. Skip white space; at the end the token is empty.
     const char* p = skip_space(text);
     std::size_t n = 0;
@@ -102,7 +102,7 @@ char* VLAPI KELUTIL_next_token(char* token, const char* text) {
     return const_cast<char*>(skip_space(p));
 }
 
-char* VLAPI KELUTIL_next_word(char* word, const char* text) {
+char* VLAPI KELUTIL_next_word(char* word, const char* text) noexcept {
     const char* p = skip_space(text);
     const char* end = p;
     while (*end && !is_space(*end)) ++end;
@@ -110,14 +110,14 @@ char* VLAPI KELUTIL_next_word(char* word, const char* text) {
     return const_cast<char*>(skip_space(end));
 }
 
-char* VLAPI get_next_token_sep(char* token, const char* text, const char* separators) {
+char* VLAPI get_next_token_sep(char* token, const char* text, const char* separators) noexcept {
     const char* hit = find_any_separator(text, separators);
     if (!hit) return nullptr;
     copy_range(token, text, hit);
     return const_cast<char*>(hit + 1);
 }
 
-char* VLAPI KELUTIL_next_token_sep(char* token, const char* text, const char* separators) {
+char* VLAPI KELUTIL_next_token_sep(char* token, const char* text, const char* separators) noexcept {
     if (char* next = get_next_token_sep(token, text, separators)) return next;
     const std::size_t n = std::strlen(text);
     std::memmove(token, text, n + 1);

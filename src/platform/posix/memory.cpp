@@ -28,7 +28,7 @@ BlockHeader* header_of(MemHandle h) noexcept {
 
 }  // namespace
 
-MemHandle mem_alloc(uint32_t /*flags: blocks are always movable and zero-filled natively*/, std::size_t bytes) {
+MemHandle mem_alloc(uint32_t /*flags: blocks are always movable and zero-filled natively*/, std::size_t bytes) noexcept {
     if (bytes > SIZE_MAX - sizeof(BlockHeader)) return nullptr;
     void* raw = std::calloc(1, sizeof(BlockHeader) + bytes);
     if (!raw) return nullptr;
@@ -42,25 +42,25 @@ MemHandle mem_alloc(uint32_t /*flags: blocks are always movable and zero-filled 
     return b;
 }
 
-void* mem_lock(MemHandle h) {
+void* mem_lock(MemHandle h) noexcept {
     BlockHeader* b = header_of(h);
     if (!b) return nullptr;
     ++b->locks;
     return b + 1;
 }
 
-bool mem_unlock(MemHandle h) {
+bool mem_unlock(MemHandle h) noexcept {
     BlockHeader* b = header_of(h);
     if (!b || b->locks == 0) return false;
     return --b->locks != 0;
 }
 
-std::size_t mem_size(MemHandle h) {
+std::size_t mem_size(MemHandle h) noexcept {
     const BlockHeader* b = header_of(h);
     return b ? b->size : 0;
 }
 
-MemHandle mem_free(MemHandle h) {
+MemHandle mem_free(MemHandle h) noexcept {
     BlockHeader* b = header_of(h);
     if (!b) return h;
     live_blocks().erase(b);

@@ -24,6 +24,7 @@
 #include <string_view>
 #include <vector>
 
+#include "internal/guard.h"
 #include "platform/platform.h"
 
 namespace vl::platform {
@@ -408,30 +409,18 @@ bool set_value(Profile& p, std::string_view section, std::string_view key, std::
     return true;
 }
 
-}  // namespace
+// A read that failed on the way (no memory) answers the caller's default,
+// as a profile that can't be reached does.
+constexpr uint32_t kNotRead = UINT32_MAX;
 
-uint32_t private_profile_string(const char* section, const char* key, const char* def, std::span<char> out,
-                                const char* file) {
-    if (out.empty()) return 0;
-    return deliver(read_value(section, key, def, out.size(), file != nullptr ? file : system_profile()), out);
+uint32_t deliver_default(const char* def, std::span<char> out) noexcept {
+    const std::size_t n = def != nullptr ? strnlen(def, out.size() - 1) : 0;
+    if (n != 0) std::memcpy(out.data(), def, n);
+    out[n] = '\0';
+    return static_cast<uint32_t>(n);
 }
 
-uint32_t profile_string(const char* section, const char* key, const char* def, std::span<char> out) {
-    if (out.empty()) return 0;
-    return deliver(read_value(section, key, def, out.size(), system_profile()), out);
-}
-
-int32_t profile_int(const char* section, const char* key, int32_t def) {
-    // The number is read through a small buffer, as the Windows call does, so
-    // absurdly long digit strings are cut before they are converted.
-    char digits[30];
-    if (profile_string(section, key, "", digits) == 0 || digits[0] == '\0') return def;
-    return parse_int(digits);
-}
-
-bool write_private_profile_string(const char* section, const char* key, const char* value, const char* file) {
-    if (file == nullptr) file = system_profile();
-    if (section == nullptr || file == nullptr) return false;
+bool write_profile(const char* section, const char* key, const char* value, const char* file) {
     Profile p;
     if (load(file, p) == Opened::kFailed) return false;
     bool changed = false;
@@ -443,6 +432,37 @@ bool write_private_profile_string(const char* section, const char* key, const ch
         changed = set_value(p, trim(section), trim(key), trim(value));
     }
     return !changed || write_file(file, p.text);
+}
+
+}  // namespace
+
+uint32_t private_profile_string(const char* section, const char* key, const char* def, std::span<char> out,
+                                const char* file) noexcept {
+    if (out.empty()) return 0;
+    const uint32_t n = guarded(kNotRead, [&] {
+        return deliver(read_value(section, key, def, out.size(), file != nullptr ? file : system_profile()), out);
+    });
+    return n != kNotRead ? n : deliver_default(def, out);
+}
+
+uint32_t profile_string(const char* section, const char* key, const char* def, std::span<char> out) noexcept {
+    return private_profile_string(section, key, def, out, system_profile());
+}
+
+int32_t profile_int(const char* section, const char* key, int32_t def) noexcept {
+    // The number is read through a small buffer, as the Windows call does, so
+    // absurdly long digit strings are cut before they are converted.
+    char digits[30];
+    if (profile_string(section, key, "", digits) == 0 || digits[0] == '\0') return def;
+    return parse_int(digits);
+}
+
+bool write_private_profile_string(const char* section, const char* key, const char* value, const char* file) noexcept {
+    if (file == nullptr) file = system_profile();
+    if (section == nullptr || file == nullptr) return false;
+    // The new text is made whole before the file is opened, so a failure on
+    // the way leaves the file as it was.
+    return guarded(false, [&] { return write_profile(section, key, value, file); });
 }
 
 }  // namespace vl::platform

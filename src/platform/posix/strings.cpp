@@ -21,7 +21,7 @@ constexpr StringEntry kStrings[] = {
 
 }  // namespace
 
-int32_t load_string(uint32_t id, std::span<char> out) {
+int32_t load_string(uint32_t id, std::span<char> out) noexcept {
     if (out.empty()) return 0;
     const auto* it =
         std::find_if(std::begin(kStrings), std::end(kStrings), [id](const StringEntry& e) { return e.id == id; });

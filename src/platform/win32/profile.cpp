@@ -21,22 +21,22 @@ DWORD capacity(std::span<char> out) { return static_cast<DWORD>(std::min<std::si
 
 }  // namespace
 
-uint32_t profile_string(const char* section, const char* key, const char* def, std::span<char> out) {
+uint32_t profile_string(const char* section, const char* key, const char* def, std::span<char> out) noexcept {
     if (out.empty()) return 0;
     return GetProfileStringA(section, key, def, out.data(), capacity(out));
 }
 
-int32_t profile_int(const char* section, const char* key, int32_t def) {
+int32_t profile_int(const char* section, const char* key, int32_t def) noexcept {
     return static_cast<int32_t>(GetProfileIntA(section, key, def));
 }
 
 uint32_t private_profile_string(const char* section, const char* key, const char* def, std::span<char> out,
-                                const char* file) {
+                                const char* file) noexcept {
     if (out.empty()) return 0;
     return GetPrivateProfileStringA(section, key, def, out.data(), capacity(out), file);
 }
 
-bool write_private_profile_string(const char* section, const char* key, const char* value, const char* file) {
+bool write_private_profile_string(const char* section, const char* key, const char* value, const char* file) noexcept {
     return WritePrivateProfileStringA(section, key, value, file) != FALSE;
 }
 

@@ -6,7 +6,7 @@
 
 namespace vl::platform {
 
-int32_t load_string(uint32_t id, std::span<char> out) {
+int32_t load_string(uint32_t id, std::span<char> out) noexcept {
     if (out.empty()) return 0;
     out[0] = '\0';
     const int size = out.size() > 0x7FFFFFFF ? 0x7FFFFFFF : static_cast<int>(out.size());
