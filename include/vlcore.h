@@ -12,6 +12,9 @@
  *  - Arguments documented as N bits wide are passed as 32-bit integers; the
  *    entry uses the low N bits only.
  *  - Failures are reported by the result alone, as each entry documents.
+ *    No entry throws: a lack of memory on the way gives the entry's failure
+ *    result, and a settings file that can't be read for want of memory reads
+ *    as a missing one (defaults answer).
  *  - All calls come from one thread: results kept in static storage and the
  *    shared scanner state are not re-entrant.
  */
