@@ -80,6 +80,17 @@ typedef struct VL_NAME_ROW {
  * Library entry
  * --------------------------------------------------------------------- */
 
+/* KELUTIL_Main's operations and answers. */
+#define VL_MAIN_START 0
+#define VL_MAIN_END 1
+#define VL_MAIN_SETTINGS_CHANGED 2
+#define VL_MAIN_QUERY 3
+#define VL_MAIN_LANGUAGE 4
+#define VL_MAIN_MODULE 5
+#define VL_MAIN_SET_FILE_CALLBACK 6
+#define VL_MAIN_VERSION 3783       /* the answer of a start and of a query */
+#define VL_MAIN_NEWEST_HOST 6100   /* a host version above it starts nothing */
+
 /* Start-up and control.  `version` and `operation` use their low 16 bits.
  *   0 start:  `value` is the path of the host's settings file (const char *);
  *             takes the default printer (KELUTIL_PrinterDC 11);
@@ -126,12 +137,18 @@ char *VLAPI KELUTIL_next_token_sep(char *token, const char *text, const char *se
  * so a `ch` of 0x80 to 0xFF never matches).  A null text answers null; a
  * `ch` of 0 finds the terminator in the forward searches. */
 char *VLAPI KELUTIL_strchr(const char *text, int32_t ch, uint32_t flags) VL_NOEXCEPT;
+#define VL_INSIDE_TRIM_LEADING 0  /* mode: leading white space goes too; any other mode keeps it */
+
 /* Unwraps one enclosing bracket pair or pair of quotes, in place, after
  * trimming trailing white space (and leading white space when `mode` is 0).
  * Answers the inner text, inside the same buffer. */
 char *VLAPI KELUTIL_str_inside(char *text, uint32_t mode) VL_NOEXCEPT;
 /* Removes every white space character, in place. */
 void VLAPI KELUTIL_strip(char *text) VL_NOEXCEPT;
+/* The id of a name that a table does not hold (KELUTIL_FindString,
+ * KELUTIL_Names). */
+#define VL_NO_NAME 32764
+
 /* Answers the id (16 bits) of the row whose name equals `name` exactly, or
  * 32764 when there is none. */
 uint16_t VLAPI KELUTIL_FindString(const VL_NAME_ROW *table, const char *name) VL_NOEXCEPT;
@@ -151,6 +168,8 @@ int32_t VLAPI KELUTIL_str2ascii(char *text) VL_NOEXCEPT;
  * receives the name without it ("Data12" -> "Data", 12).  Answers 0 when the
  * text ends in no digit. */
 int32_t VLAPI KELUTIL_End_Number(char *stem, const char *text) VL_NOEXCEPT;
+#define VL_ARGS_STRIP_SPACE 1  /* flags: remove all white space first */
+
 /* Splits a comma list in place: turns up to `max` commas into terminators
  * and points `slots` (room for max+1) at the pieces.  Flag bit 0 strips all
  * white space first.  Answers the number of pieces, 0 for a null or empty
@@ -296,6 +315,15 @@ int32_t VLAPI KelMath_Sort(uint32_t n, int32_t *tags, double *keys, uint32_t fla
  * under Windows, POSIX descriptors natively, -1 for failure.
  * --------------------------------------------------------------------- */
 
+/* KELUTIL_Names' operations, and the message it sends a window. */
+#define VL_NAMES_LOOKUP 0
+#define VL_NAMES_FILL_CLASSES 1
+#define VL_NAMES_SEND_TO_WINDOW 2
+#define VL_NAMES_TO_HOST 6
+#define VL_NAMES_IDLE_BIT 2       /* other operations with this bit do nothing */
+#define VL_NAMES_CLASSES 103      /* classes 0 to 102 */
+#define VL_SWM_EXECUTE 1024       /* a script line for the host (also the script window's) */
+
 /* The host's name tables.  `argument` by operation:
  *   1        fills the table of name classes (class and argument ignored);
  *            KELUTIL_Main's start does it.  Answers 0.
@@ -311,6 +339,16 @@ int32_t VLAPI KelMath_Sort(uint32_t n, int32_t *tags, double *keys, uint32_t fla
  * Classes run from 0 to 102; a class without table, or above 102, finds
  * and lists nothing. */
 int32_t VLAPI KELUTIL_Names(uint32_t class_index, intptr_t argument, uint32_t operation) VL_NOEXCEPT;
+
+/* KELUTIL_MemObject's commands. */
+#define VL_MEMOBJ_CREATE 0
+#define VL_MEMOBJ_ADD 4096
+#define VL_MEMOBJ_READ 4097
+#define VL_MEMOBJ_FIND 4098
+#define VL_MEMOBJ_FREE 4100
+#define VL_MEMOBJ_NUMBERING 4101
+#define VL_MEMOBJ_HANDLE_BIT 4096  /* commands with it answer 0 for a null handle */
+#define VL_MEMOBJ_ITEMS 500
 
 /* Memory objects: up to 500 byte strings in one movable block, known by
  * the handle in `*slot`, which an add may replace.  `command` uses its low
@@ -332,6 +370,11 @@ int32_t VLAPI KELUTIL_Names(uint32_t class_index, intptr_t argument, uint32_t op
  *         second numbering for adds; answers 0.
  * Commands with bit 4096 answer 0 at once for a null handle. */
 uint16_t VLAPI KELUTIL_MemObject(VL_HGLOBAL *slot, uint32_t command, uint32_t index, void *data, uint32_t size) VL_NOEXCEPT;
+
+/* KELUTIL_MultiLineControl's operations. */
+#define VL_LINES_COUNT 0
+#define VL_LINES_REVERSE 1
+#define VL_LINES_NEXT 2
 
 /* Lines of a text, ended by line feeds.  `operation` in 16 bits:
  *   0  `second` is a uint16_t * receiving the number of lines (a last line
@@ -367,6 +410,12 @@ int32_t VLAPI KELUTIL_RowColChange(void *data, uint32_t rows, uint32_t columns, 
  * fails, when the body is empty, and for a `name` longer than 119 bytes;
  * headers whose names pass 119 bytes match nothing. */
 VL_HGLOBAL VLAPI KELUTIL_GetFileSection(const char *path, const char *name) VL_NOEXCEPT;
+/* KELUTIL_GetFileSection_Filename's operations. */
+#define VL_SECTION_NAME_SET_BASE 0
+#define VL_SECTION_NAME_COMPOSE 1
+#define VL_SECTION_NAME_BASE 2
+#define VL_SECTION_NAME_LAST 3
+
 /* A base path and a name composed behind it, each kept up to 259
  * characters.  `operation` in 16 bits: 0 stores `text` as the base, 1
  * composes the base and `text`, 2 answers the base, 3 the last composed
@@ -577,6 +626,20 @@ int32_t VLAPI DateTime_CvtDouble(double *value, VL_DATE_RECORD *record, uint32_t
 /* Sets tm_sec, tm_min, tm_hour and tm_isdst to 0. */
 void VLAPI DateTime_ResetTimeOfDay(VL_DATE_RECORD *record) VL_NOEXCEPT;
 
+/* KELUTIL_date2str's formats and flags, and its questions (`out` null). */
+#define VL_DATE_CUSTOM_FIRST 19    /* custom slot 0 */
+#define VL_DATE_CUSTOM_SECOND 20   /* custom slot 1 */
+#define VL_DATE_WEEKDAY_NUMBER 1024
+#define VL_DATE_MONTH_NUMBER 2048
+#define VL_DATE_LENGTH 4096
+#define VL_DATE_STEP_STYLE 8192
+#define VL_DATE_ASK_FULLEST 4096   /* answers VL_DATE_FULLEST */
+#define VL_DATE_FULLEST 33292
+#define VL_DATE_ASK_LANGUAGE 24576
+#define VL_DATE_ASK_PART 28672     /* + n: 1 when format n prints a part of a date */
+#define VL_DATE_RELOAD 32768       /* reloads the regional settings */
+#define VL_DATE_ROOM 61
+
 /* Prints a date value by a format (low 16 bits): 0 to 18 rows of the date
  * format table, 19 and 20 the custom slots, or a style word (high byte not
  * 0).  Flags 2048 (value is a month number), 1024 (a weekday number), 4096
@@ -588,6 +651,10 @@ void VLAPI DateTime_ResetTimeOfDay(VL_DATE_RECORD *record) VL_NOEXCEPT;
  * a date, 0 for the whole-date rows; 32768 reloads the regional settings. */
 uint16_t VLAPI KELUTIL_date2str(double value, uint32_t format, char *out) VL_NOEXCEPT;
 
+/* KELUTIL_time2str's questions (`out` null). */
+#define VL_TIME_SET_WRAP 0      /* `value` hours wrap the time of day; 0 switches it off */
+#define VL_TIME_ASK_ROWS 4096   /* answers 10 */
+
 /* Prints the time of day of a value, or a length of time in days, by a
  * time format (low 16 bits): rows 0 to 12, or a style word (high byte not
  * 0, low 8 bits used).  Answers 0.  With `out` null: format 0 sets the
@@ -596,6 +663,14 @@ int32_t VLAPI KELUTIL_time2str(double value, uint32_t format, char *out) VL_NOEX
 /* Reads a time text by a time format row (0 to 12) into days; the text is
  * cut in place.  An empty text answers VL_MISSING_VALUE. */
 double VLAPI KELUTIL_str2time(char *text, uint32_t format) VL_NOEXCEPT;
+
+/* KELUTIL_str2date's flags. */
+#define VL_READ_NOW 3
+#define VL_READ_MARKER 4
+#define VL_READ_COMPACT 128
+#define VL_READ_WEEKDAY 1024
+#define VL_READ_MONTH 2048
+#define VL_READ_LENGTH 4096
 
 /* Reads a date from text.  `flags` (low 16 bits, bit 128 aside): 3 answers
  * now with its time of day, 4 the marker 0.666666, 1024 a weekday (0-6, or
@@ -616,6 +691,12 @@ double VLAPI KELUTIL_str2date(char *text, uint32_t flags, uint32_t format) VL_NO
 /* The same as KELUTIL_str2date. */
 double VLAPI KELUTIL_str2date_ex(char *text, uint32_t flags, uint32_t format) VL_NOEXCEPT;
 
+/* KELUTIL_custom_date_format's operations. */
+#define VL_CUSTOM_SET 0
+#define VL_CUSTOM_GET 1
+#define VL_CUSTOM_DEFAULTS 2
+#define VL_CUSTOM_ASK_FIRST 256  /* answers VL_DATE_CUSTOM_FIRST */
+
 /* The custom date formats 19 (slot 0) and 20 (slot 1).  A picture uses d
  * dd ddd dddd, M MM MMM MMMM, y yy yyyy, h hh H HH, m mm, s ss, t tt, text
  * in apostrophes, and "'.'#" to "'.'####" for decimals of the second.
@@ -630,6 +711,19 @@ uint16_t VLAPI KELUTIL_custom_date_format(int32_t slot, uint32_t operation, char
  * Answers 0, or 1 when it can't (a date before 1601, a picture whose
  * fraction has no seconds to follow). */
 int32_t VLAPI KELUTIL_date2str_custom(double value, int32_t slot, char *out) VL_NOEXCEPT;
+
+/* KELUTIL_dateinc's operations, and the answers of VL_STEP_KIND. */
+#define VL_STEP_DAYS 0
+#define VL_STEP_CALENDAR 1
+#define VL_STEP_SNAP 2
+#define VL_STEP_KIND 3
+#define VL_STEP_WEEKDAY 4
+#define VL_STEP_READ_DAY 5
+#define VL_STEP_MONTH_START 7
+#define VL_STEP_MONTH_START_15 8
+#define VL_STEP_IS_WEEK 16
+#define VL_STEP_IS_MONTH 32
+#define VL_STEP_IS_QUARTER 64
 
 /* Moves dates.  Operations (low 16 bits):
  *  0 adds the step *(double *)argument, in days;
@@ -671,6 +765,35 @@ typedef HDC VL_HDC;
 typedef struct VL_HDC__ *VL_HDC;
 #endif
 #endif
+
+/* KELUTIL_Color's operations. */
+#define VL_COLOR_LOAD 0
+#define VL_COLOR_DELETE_PALETTE 1
+#define VL_COLOR_DIALOG 2
+#define VL_COLOR_COUNT 3
+#define VL_COLOR_MAKE_PEN 4
+#define VL_COLOR_DROP_PEN 5
+#define VL_COLOR_RGB 6
+#define VL_COLOR_FILL_COMBO 7
+#define VL_COLOR_STOCK_PEN 8
+#define VL_COLOR_MAKE_BRUSH 9
+#define VL_COLOR_LIGHTER_BRUSH 10
+#define VL_COLOR_DROP_BRUSH 11
+#define VL_COLOR_DARKER_BRUSH 12
+#define VL_COLOR_DARKER_PEN 13
+#define VL_COLOR_FIND_NAME 14
+#define VL_COLOR_NAME 15
+#define VL_COLOR_FIND_RGB 16
+#define VL_COLOR_NEAREST 17
+#define VL_COLOR_RGB_WRAPPED 18
+#define VL_COLOR_SET_COUNT 19
+#define VL_COLOR_SET_RGB 20
+#define VL_COLOR_SET_NAME 21
+#define VL_COLOR_SAVE 22
+#define VL_COLOR_ROOM 23
+#define VL_COLOR_RESTORE 24
+#define VL_COLOR_ROWS 40
+#define VL_COLOR_NAME_ROOM 28
 
 /* The colour table.  `handle` is a device context (an HDC), or a window
  * for operations 2 and 7; `number` and `operation` use their low 16 bits;
@@ -717,6 +840,18 @@ typedef struct VL_HDC__ *VL_HDC;
  * Any other operation answers the operation itself. */
 int32_t VLAPI KELUTIL_Color(void *handle, uint32_t number, intptr_t value, uint32_t operation) VL_NOEXCEPT;
 
+/* KELUTIL_Palette's operations. */
+#define VL_PALETTE_BUILD 0
+#define VL_PALETTE_DELETE 1
+#define VL_PALETTE_SELECT 2
+#define VL_PALETTE_SELECT_DEFAULT 3
+#define VL_PALETTE_TYPE 5
+#define VL_PALETTE_REFRESH 6
+#define VL_PALETTE_HOST_COLOURS 7
+#define VL_PALETTE_DRAWING_COLOUR 10
+#define VL_PALETTE_SAVE_TYPE 11
+#define VL_PALETTE_HANDLE 12
+
 /* The library's palette of 64 entries: the 40 table rows, then room for
  * the host's colours.  `operation` and `count` use their low 16 bits.
  *   0  builds the palette if there is none.   1  deletes it.
@@ -743,6 +878,26 @@ intptr_t VLAPI KELUTIL_Palette(VL_HDC dc, uint32_t operation, uint32_t count, in
  * sample); any other message answers 0.  `second` is not used. */
 INT_PTR VLAPI myColorDlg(HWND dialog, UINT message, WPARAM first, LPARAM second) VL_NOEXCEPT;
 #endif
+
+/* KELUTIL_3Dsquare's drawing modes, flags and commands. */
+#define VL_SQUARE_FLAT 1
+#define VL_SQUARE_OUTLINED 2
+#define VL_SQUARE_PANEL 3
+#define VL_SQUARE_BEVELLED 4
+#define VL_SQUARE_DIAMOND 8
+#define VL_SQUARE_MODE_BITS 0x000F
+#define VL_SQUARE_SWAP_EDGES 0x0100
+#define VL_SQUARE_FRAMED 0x0400
+#define VL_SQUARE_OUTLINE_COLOUR 0x0800
+#define VL_SQUARE_COMMAND 0x1000
+#define VL_SQUARE_OUTWARD 0x2000
+#define VL_SQUARE_STOCK_FILL 0x4000
+#define VL_SQUARE_COLOUR_FILL 0x8000
+#define VL_SQUARE_SET_SCALE 4096
+#define VL_SQUARE_SIZE 4097
+#define VL_SQUARE_RESOLUTION 4098
+#define VL_SQUARE_ZOOM 4099
+#define VL_SQUARE_TO_DEVICE 4100
 
 /* Bevelled squares, and the scaling behind them and behind pen widths.
  * `rect` and `out_rect` point to rectangles of four int32_t, left, top,
@@ -782,6 +937,24 @@ typedef struct VL_PRINTER_BLOCK {
     unsigned char mode[VL_PRINTER_MODE_ROOM];
 } VL_PRINTER_BLOCK;
 
+/* KELUTIL_PrinterDC's operations. */
+#define VL_PRINTER_DISPLAY_DC 0
+#define VL_PRINTER_DISPLAY_IC 1
+#define VL_PRINTER_PROFILE_DC 2
+#define VL_PRINTER_BLOCK_DC 3
+#define VL_PRINTER_BLOCK_IC 4
+#define VL_PRINTER_SETUP 5
+#define VL_PRINTER_OLD_DRIVER 6
+#define VL_PRINTER_FOLLOW_DEFAULT 7
+#define VL_PRINTER_PROFILE_IC 10
+#define VL_PRINTER_TAKE_DEFAULT 11
+#define VL_PRINTER_GET_ORIENTATION 12
+#define VL_PRINTER_SET_ORIENTATION 13
+#define VL_PRINTER_DEVICE_NAME 14
+#define VL_PRINTER_PORT 15
+#define VL_PRINTER_SET_COPIES 16
+#define VL_PRINTER_TEXT_ROOM 240
+
 /* Device and information contexts of the screen and the printer.  The low
  * 16 bits of `op` count; `block` depends on `op`:
  *   0, 1   a device / information context of the display;
@@ -811,6 +984,23 @@ typedef struct VL_PRINTER_BLOCK {
 VL_HDC VLAPI KELUTIL_PrinterDC(VL_HWND owner, uint32_t op, void *block) VL_NOEXCEPT;
 
 #ifdef _WIN32
+/* KELUTIL_Status's commands, flags, stop requests and the line message. */
+#define VL_STATUS_OPEN 0
+#define VL_STATUS_PROGRESS 1
+#define VL_STATUS_POLL 2
+#define VL_STATUS_CLOSE 3
+#define VL_STATUS_BUTTON 4
+#define VL_STATUS_RESET 5
+#define VL_STATUS_SHOW 6
+#define VL_STATUS_COMMAND_BITS 0xF
+#define VL_STATUS_NO_DIALOG 4096
+#define VL_STATUS_TITLE_ONLY 8192
+#define VL_STATUS_END_BUTTON 16384
+#define VL_STATUS_GO_ON 0
+#define VL_STATUS_CANCEL 1
+#define VL_STATUS_END 2
+#define VL_STATUS_LINE_MESSAGE 1024
+
 /* Progress of a long operation of the host (low 4 bits of `command`):
  *   0 open dialog 200 owned by `window` with title `text` (or none); flags
  *     4096 no dialog, the line "ty -q TEXT... Hit ESC to abort!" goes to
@@ -917,6 +1107,18 @@ HDC VLAPI KELUTIL_BitmapFile(int32_t file, HDC dc, intptr_t area, int32_t flags)
  * be `path` itself.  Each output needs strlen(path)+1 bytes. */
 void VLAPI KELUTIL_SeparatePath(const char *path, char *dir, char *name, char *ext) VL_NOEXCEPT;
 
+/* KELUTIL_PathControl's operations, and the message of its file callback. */
+#define VL_PATH_FIND 0
+#define VL_PATH_STORE 1
+#define VL_PATH_START_DIRECTORY 2
+#define VL_PATH_EMPTY 3
+#define VL_PATH_COUNT 4
+#define VL_PATH_ROW 5
+#define VL_PATH_REMEMBER_TYPE 6
+#define VL_PATH_ROWS 25
+#define VL_PATH_ROOM 267
+#define VL_PATH_ASK_HOST 4143
+
 /* The path registry: at most 25 rows, each an extension key (the first 3
  * characters of `ext`, compared without regard to case), a directory of at
  * most 266 characters and a remembered file-type row (0-255).  A lookup
@@ -948,6 +1150,16 @@ void VLAPI KELUTIL_SeparatePath(const char *path, char *dir, char *name, char *e
  * Answers -1 apart from 0, 4 and 5; other operations do nothing.
  * Natively the start-up directory is the POSIX working directory. */
 int32_t VLAPI KELUTIL_PathControl(uint32_t operation, char *path, char *ext, int32_t value) VL_NOEXCEPT;
+
+/* KELUTIL_Fdlog_Str's operations. */
+#define VL_TYPE_SELECT 17
+#define VL_TYPE_SELECTED 18
+#define VL_TYPE_SET_DESCRIPTION 19
+#define VL_TYPE_DESCRIPTION 20
+#define VL_TYPE_EXTENSION 21
+#define VL_TYPE_SET_EXTENSION 22
+#define VL_TYPE_FIND_EXTENSION 23
+#define VL_TYPE_ROWS 25
 
 /* The file type table: rows 1 to 25, each a description of at most 119
  * characters (a label token, quoted when it holds blanks, then the pattern,
@@ -994,6 +1206,19 @@ void VLAPI check_extension(char *path, const char *ext, int32_t replace) VL_NOEX
  * window is destroyed.  Windows only.
  * --------------------------------------------------------------------- */
 #ifdef _WIN32
+/* KelText's codes, the script window's messages to the host and the id of
+ * its edit control. */
+#define VL_TEXT_LOAD_ACCELERATORS 0
+#define VL_TEXT_CREATE_WINDOW 1
+#define VL_TEXT_SETTING 2
+#define VL_TEXT_FREE_ACCELERATORS 3
+#define VL_TEXT_APPEND 14
+#define VL_TEXT_SET_MODIFIED 20
+#define VL_TEXT_QUERY_FONT 30
+#define VL_SWM_QUERYSAVE 1035
+#define VL_SWM_CLOSED 1039
+#define VL_SCRIPT_EDIT_ID 4
+
 /* The command entry.  `code` (32 bits; above 30 or not listed: 0):
  *   0  loads the accelerator table "EDITMENU"; answers its handle.
  *   1  creates the script window, hidden, owned by `window`; `value`'s low
@@ -1053,6 +1278,15 @@ typedef struct VL_FILE_DIALOG_OPTIONS {
 #define VL_FD_NO_MEMORY 0x1000   /* nothing remembered decides the first view */
 #define VL_FD_EXPLORER 0x2000    /* the platform's Explorer-style dialog */
 #define VL_FD_NO_TITLE 0x8000    /* as `name`: the next open dialog keeps its template's title */
+/* The comment commands of VL_FD_COMMENT, the Option button's message to its
+ * callback, and the dialogs' answers. */
+#define VL_FD_COMMENT_READ 1024
+#define VL_FD_COMMENT_SET 1280
+#define VL_FD_COMMENT_ENABLE 1536
+#define VL_FD_OPTION_MESSAGE 4100
+#define VL_FD_CHOSEN 0
+#define VL_FD_NO_DRIVE 1
+#define VL_FD_CANCELLED (-1)
 
 /* The open dialog, or a command by `flags` (the first that applies):
  * `name` 0x8000: the next open dialog uses its template's title; 0.
@@ -1105,6 +1339,12 @@ int32_t VLAPI KELUTIL_FileSaveAs(VL_HWND owner, char *name, char *spec, uint32_t
  *     for the rows it answers 1 and the list is empty.
  * Other operations answer `op` and do nothing. */
 #define VL_FILE_LIST_ROWS 4096
+/* KELUTIL_MultiFile's operations, and the room of a row. */
+#define VL_FILE_LIST_FREE 0
+#define VL_FILE_LIST_DIALOG 1
+#define VL_FILE_LIST_ROW 2
+#define VL_FILE_LIST_FROM_TEXT 3
+#define VL_FILE_ROW_ROOM 266
 int32_t VLAPI KELUTIL_MultiFile(VL_HWND owner, char *text, int32_t value, uint32_t op) VL_NOEXCEPT;
 
 #ifdef _WIN32
