@@ -449,6 +449,17 @@ VL_HGLOBAL VLAPI KELUTIL_GetFileFromPackage(const char *package, const char *nam
 /* Copies a file over an existing target.  With `keep_attributes` 0 the
  * copy loses a read-only mark.  Answers 0 or the system error code. */
 uint32_t VLAPI KELUTIL_CopyFile(const char *source, const char *target, uint32_t keep_attributes) VL_NOEXCEPT;
+/* Access, share and disposition of KELUTIL_32FileOpen and _32FileCreate,
+ * with the values of CreateFileA on every target. */
+#define VL_FILE_READ 0x80000000u
+#define VL_FILE_WRITE 0x40000000u
+#define VL_FILE_SHARE_READ_WRITE 3
+#define VL_FILE_CREATE_NEW 1
+#define VL_FILE_CREATE_ALWAYS 2
+#define VL_FILE_OPEN_EXISTING 3
+#define VL_FILE_OPEN_ALWAYS 4
+#define VL_FILE_TRUNCATE_EXISTING 5
+
 /* CreateFileA with the given access, share and disposition; -1 on failure. */
 int32_t VLAPI KELUTIL_32FileOpen(const char *name, uint32_t access, uint32_t share, uint32_t disposition) VL_NOEXCEPT;
 /* Opens a file emptied, creating it when missing; -1 on failure. */
@@ -618,8 +629,12 @@ int32_t VLAPI DateTime_CheckDate(VL_DATE_RECORD *record, int32_t flags) VL_NOEXC
 #define VL_CVT_SECONDS 1          /* answers value * 86400 clamped to 0..4294967295 */
 #define VL_CVT_DAYS_TO_SECONDS 2  /* in place */
 #define VL_CVT_SECONDS_TO_DAYS 3  /* in place */
+#define VL_CVT_MARKER 4           /* value becomes the marker 0.666666 */
 #define VL_CVT_TIME_ZONE 5        /* refresh the time zone */
 #define VL_CVT_TO_VALUE 6         /* record -> value; 1 when refused */
+#define VL_CVT_SET_SECONDS 7      /* value's seconds are kept, then as any other mode: */
+                                  /* the seconds kept last, in days, into value */
+#define VL_CVT_TO_VALUE_TOO 8     /* the same as VL_CVT_TO_VALUE */
 /* Converts between date values, records and seconds; pointers a mode does
  * not use may be null.  Answers 0 for good, as each mode documents. */
 int32_t VLAPI DateTime_CvtDouble(double *value, VL_DATE_RECORD *record, uint32_t mode) VL_NOEXCEPT;
@@ -983,7 +998,6 @@ typedef struct VL_PRINTER_BLOCK {
  * no default printer. */
 VL_HDC VLAPI KELUTIL_PrinterDC(VL_HWND owner, uint32_t op, void *block) VL_NOEXCEPT;
 
-#ifdef _WIN32
 /* KELUTIL_Status's commands, flags, stop requests and the line message. */
 #define VL_STATUS_OPEN 0
 #define VL_STATUS_PROGRESS 1
@@ -1000,6 +1014,8 @@ VL_HDC VLAPI KELUTIL_PrinterDC(VL_HWND owner, uint32_t op, void *block) VL_NOEXC
 #define VL_STATUS_CANCEL 1
 #define VL_STATUS_END 2
 #define VL_STATUS_LINE_MESSAGE 1024
+
+#ifdef _WIN32
 
 /* Progress of a long operation of the host (low 4 bits of `command`):
  *   0 open dialog 200 owned by `window` with title `text` (or none); flags
@@ -1205,7 +1221,6 @@ void VLAPI check_extension(char *path, const char *ext, int32_t replace) VL_NOEX
  * before unsaved text would be given up, and SWM_CLOSED (1039) when the
  * window is destroyed.  Windows only.
  * --------------------------------------------------------------------- */
-#ifdef _WIN32
 /* KelText's codes, the script window's messages to the host and the id of
  * its edit control. */
 #define VL_TEXT_LOAD_ACCELERATORS 0
@@ -1218,6 +1233,8 @@ void VLAPI check_extension(char *path, const char *ext, int32_t replace) VL_NOEX
 #define VL_SWM_QUERYSAVE 1035
 #define VL_SWM_CLOSED 1039
 #define VL_SCRIPT_EDIT_ID 4
+
+#ifdef _WIN32
 
 /* The command entry.  `code` (32 bits; above 30 or not listed: 0):
  *   0  loads the accelerator table "EDITMENU"; answers its handle.

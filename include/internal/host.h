@@ -10,14 +10,14 @@
 
 namespace vl::host {
 
-constexpr uint32_t kWmUser = 1024;
-
-// Messages the library sends to the host.
-constexpr uint32_t SWM_EXECUTE = kWmUser;         // second value: script text, good during the call
-constexpr uint32_t SWM_QUERYSAVE = kWmUser + 11;  // non-zero answer: ask the user nothing
-constexpr uint32_t SWM_CLOSED = kWmUser + 15;     // the script window is going away
-constexpr uint32_t FDM_OPTION = 4100;             // first value: command text
-constexpr uint32_t FDM_PATHQUERY = 4143;          // first: caller's path buffer, second: extension key
+// Messages the library sends to the host, named as the host knows them.
+constexpr uint32_t SWM_EXECUTE = VL_SWM_EXECUTE;      // second value: script text, good during the call
+constexpr uint32_t SWM_QUERYSAVE = VL_SWM_QUERYSAVE;  // non-zero answer: ask the user nothing
+constexpr uint32_t SWM_CLOSED = VL_SWM_CLOSED;        // the script window is going away
+constexpr uint32_t FDM_OPTION = VL_FD_OPTION_MESSAGE; // first value: command text
+constexpr uint32_t FDM_PATHQUERY = VL_PATH_ASK_HOST;  // first: caller's path buffer, second: extension key
+// The status window's line without a dialog: second value "ty -q TEXT...".
+constexpr uint32_t STATUS_LINE = VL_STATUS_LINE_MESSAGE;
 
 // Script lines the library hands to the host's interpreter.
 inline constexpr const char kTypeName[] = "type %s";

@@ -62,7 +62,7 @@ enum DialogStep : int {
 // The dialog's ends.
 constexpr INT_PTR kEdited = 1, kUnchanged = 2;
 // KELUTIL_Palette operations of the dialog.
-constexpr uint32_t kPaletteSelect = 2, kPaletteDefault = 3, kPaletteSetType = 4, kPaletteType = 5, kPaletteColour = 10;
+constexpr uint32_t kPaletteSelect = VL_PALETTE_SELECT, kPaletteDefault = VL_PALETTE_SELECT_DEFAULT, kPaletteSetType = 4, kPaletteType = VL_PALETTE_TYPE, kPaletteColour = VL_PALETTE_DRAWING_COLOUR;
 constexpr UINT kMessageBoxType = MB_YESNO | MB_ICONQUESTION | MB_TASKMODAL;  // 8228
 static_assert(kMessageBoxType == 8228);
 constexpr std::size_t kTextRoom = 120;

@@ -14,31 +14,31 @@ namespace vl::colour {
 namespace {
 
 enum Operation : uint16_t {
-    kLoad = 0,
-    kEnd = 1,
-    kEdit = 2,
-    kCount = 3,
-    kMakePen = 4,
-    kReleasePen = 5,
-    kRgbOf = 6,
-    kFillCombo = 7,
-    kStockPen = 8,
-    kMakeBrush = 9,
-    kLighterBrush = 10,
-    kReleaseBrush = 11,
-    kDarkerBrush = 12,
-    kDarkerPen = 13,
-    kNumberOfName = 14,
-    kNameOf = 15,
-    kNumberOfRgb = 16,
-    kNearest = 17,
-    kRgbCyclic = 18,
-    kSetCount = 19,
-    kSetRgb = 20,
-    kSetName = 21,
-    kSave = 22,
-    kCapacity = 23,
-    kDefaults = 24,
+    kLoad = VL_COLOR_LOAD,
+    kEnd = VL_COLOR_DELETE_PALETTE,
+    kEdit = VL_COLOR_DIALOG,
+    kCount = VL_COLOR_COUNT,
+    kMakePen = VL_COLOR_MAKE_PEN,
+    kReleasePen = VL_COLOR_DROP_PEN,
+    kRgbOf = VL_COLOR_RGB,
+    kFillCombo = VL_COLOR_FILL_COMBO,
+    kStockPen = VL_COLOR_STOCK_PEN,
+    kMakeBrush = VL_COLOR_MAKE_BRUSH,
+    kLighterBrush = VL_COLOR_LIGHTER_BRUSH,
+    kReleaseBrush = VL_COLOR_DROP_BRUSH,
+    kDarkerBrush = VL_COLOR_DARKER_BRUSH,
+    kDarkerPen = VL_COLOR_DARKER_PEN,
+    kNumberOfName = VL_COLOR_FIND_NAME,
+    kNameOf = VL_COLOR_NAME,
+    kNumberOfRgb = VL_COLOR_FIND_RGB,
+    kNearest = VL_COLOR_NEAREST,
+    kRgbCyclic = VL_COLOR_RGB_WRAPPED,
+    kSetCount = VL_COLOR_SET_COUNT,
+    kSetRgb = VL_COLOR_SET_RGB,
+    kSetName = VL_COLOR_SET_NAME,
+    kSave = VL_COLOR_SAVE,
+    kCapacity = VL_COLOR_ROOM,
+    kDefaults = VL_COLOR_RESTORE,
 };
 
 constexpr const char* kSection = "Color List";
@@ -50,9 +50,9 @@ constexpr std::size_t kValueRoom = 120;
 constexpr int32_t kFarther = 260100;
 
 // KELUTIL_Palette operations the table calls on.
-constexpr uint32_t kPaletteBuild = 0, kPaletteDelete = 1, kPaletteRefresh = 6, kPaletteColour = 10;
+constexpr uint32_t kPaletteBuild = VL_PALETTE_BUILD, kPaletteDelete = VL_PALETTE_DELETE, kPaletteRefresh = VL_PALETTE_REFRESH, kPaletteColour = VL_PALETTE_DRAWING_COLOUR;
 // KELUTIL_3Dsquare's command that turns a line width into device units.
-constexpr uint32_t kLineWidth = 4100;
+constexpr uint32_t kLineWidth = VL_SQUARE_TO_DEVICE;
 
 ColorTable& table = color_table;
 

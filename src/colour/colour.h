@@ -15,8 +15,8 @@ namespace vl::colour {
 
 // ---- The colour table --------------------------------------------------------
 
-constexpr std::size_t kNameRoom = 28;  // name bytes of a row, terminator included
-constexpr std::size_t kTableRows = 40;
+constexpr std::size_t kNameRoom = VL_COLOR_NAME_ROOM;  // name bytes of a row, terminator included
+constexpr std::size_t kTableRows = VL_COLOR_ROWS;
 
 struct color_entry {
     std::array<char, kNameRoom> name{};

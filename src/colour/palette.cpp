@@ -12,20 +12,20 @@ namespace vl::colour {
 namespace {
 
 enum Operation : uint16_t {
-    kBuild = 0,
-    kDelete = 1,
-    kSelect = 2,
-    kSelectDefault = 3,
-    kType = 5,
-    kRefresh = 6,
-    kHostColours = 7,
-    kDrawingColour = 10,
-    kSaveType = 11,
-    kHandle = 12,
+    kBuild = VL_PALETTE_BUILD,
+    kDelete = VL_PALETTE_DELETE,
+    kSelect = VL_PALETTE_SELECT,
+    kSelectDefault = VL_PALETTE_SELECT_DEFAULT,
+    kType = VL_PALETTE_TYPE,
+    kRefresh = VL_PALETTE_REFRESH,
+    kHostColours = VL_PALETTE_HOST_COLOURS,
+    kDrawingColour = VL_PALETTE_DRAWING_COLOUR,
+    kSaveType = VL_PALETTE_SAVE_TYPE,
+    kHandle = VL_PALETTE_HANDLE,
 };
 
 // KELUTIL_Color operations the palette reads the table through.
-constexpr uint32_t kTableCount = 3, kTableRgb = 6;
+constexpr uint32_t kTableCount = VL_COLOR_COUNT, kTableRgb = VL_COLOR_RGB;
 
 // Colour types.
 constexpr int8_t kDefaultColours = 0, kPureColours = 1;

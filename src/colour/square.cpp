@@ -13,18 +13,18 @@ namespace {
 using gdi::Point;
 using gdi::Rect;
 
-constexpr uint32_t kModeMask = 0x000F;
-constexpr uint32_t kSwapEdges = 0x0100;
-constexpr uint32_t kFramed = 0x0400;
-constexpr uint32_t kOutlineColour = 0x0800;
-constexpr uint32_t kCommand = 0x1000;
-constexpr uint32_t kGrowOutward = 0x2000;
-constexpr uint32_t kStockFill = 0x4000;
-constexpr uint32_t kSolidFill = 0x8000;
+constexpr uint32_t kModeMask = VL_SQUARE_MODE_BITS;
+constexpr uint32_t kSwapEdges = VL_SQUARE_SWAP_EDGES;
+constexpr uint32_t kFramed = VL_SQUARE_FRAMED;
+constexpr uint32_t kOutlineColour = VL_SQUARE_OUTLINE_COLOUR;
+constexpr uint32_t kCommand = VL_SQUARE_COMMAND;
+constexpr uint32_t kGrowOutward = VL_SQUARE_OUTWARD;
+constexpr uint32_t kStockFill = VL_SQUARE_STOCK_FILL;
+constexpr uint32_t kSolidFill = VL_SQUARE_COLOUR_FILL;
 
-enum Mode : uint32_t { kFlat = 1, kOutlined = 2, kRaised = 3, kBevelled = 4, kDiamond = 8 };
+enum Mode : uint32_t { kFlat = VL_SQUARE_FLAT, kOutlined = VL_SQUARE_OUTLINED, kRaised = VL_SQUARE_PANEL, kBevelled = VL_SQUARE_BEVELLED, kDiamond = VL_SQUARE_DIAMOND };
 
-enum Command : uint32_t { kSetScaling = 4096, kSize = 4097, kResolution = 4098, kZoom = 4099, kLineWidth = 4100 };
+enum Command : uint32_t { kSetScaling = VL_SQUARE_SET_SCALE, kSize = VL_SQUARE_SIZE, kResolution = VL_SQUARE_RESOLUTION, kZoom = VL_SQUARE_ZOOM, kLineWidth = VL_SQUARE_TO_DEVICE };
 
 // Stock objects beyond those of the colour table.
 constexpr int kWhiteBrush = 0, kLightGrayBrush = 1, kDarkGrayBrush = 3, kWhitePen = 6;

@@ -12,7 +12,7 @@ namespace vl::data {
 
 // One table pointer per name class, 0 to 102; null until KELUTIL_Names
 // operation 1 fills it.
-constexpr std::size_t kNameClassCount = 103;
+constexpr std::size_t kNameClassCount = VL_NAMES_CLASSES;
 extern std::array<const VL_NAME_ROW*, kNameClassCount> name_pointer_table;
 
 // The two texts behind KELUTIL_GetFileSection_Filename.

@@ -8,11 +8,11 @@
 namespace vl::data {
 namespace {
 
-constexpr uint32_t kGenericRead = 0x80000000u;
-constexpr uint32_t kShareReadWrite = 3;
-constexpr uint32_t kCreateNew = 1;
-constexpr uint32_t kOpenExisting = 3;
-constexpr uint32_t kTruncateExisting = 5;
+constexpr uint32_t kGenericRead = VL_FILE_READ;
+constexpr uint32_t kShareReadWrite = VL_FILE_SHARE_READ_WRITE;
+constexpr uint32_t kCreateNew = VL_FILE_CREATE_NEW;
+constexpr uint32_t kOpenExisting = VL_FILE_OPEN_EXISTING;
+constexpr uint32_t kTruncateExisting = VL_FILE_TRUNCATE_EXISTING;
 constexpr uint32_t kSmallWrite = 4096;
 
 // The pieces of a system that could only write 4096 bytes at a time.

@@ -18,20 +18,20 @@ constexpr std::size_t kFlagsAt = 6;
 constexpr std::size_t kFreeAt = 8;
 constexpr std::size_t kBlockSizeAt = 10;
 constexpr std::size_t kTableAt = 16;
-constexpr uint16_t kMaxItems = 500;
+constexpr uint16_t kMaxItems = VL_MEMOBJ_ITEMS;
 constexpr uint16_t kItemsAt = kTableAt + 4 * kMaxItems;
 constexpr uint16_t kNewBlockSize = kItemsAt + 4096;
 constexpr uint32_t kLargestBlock = 0xFFFF;
 constexpr uint16_t kSecondNumbering = 1;
 
 enum Command : uint16_t {
-    kCreate = 0,
-    kNeedsObject = 4096,
-    kAdd = 4096,
-    kRead = 4097,
-    kFind = 4098,
-    kFree = 4100,
-    kNumbering = 4101,
+    kCreate = VL_MEMOBJ_CREATE,
+    kNeedsObject = VL_MEMOBJ_HANDLE_BIT,
+    kAdd = VL_MEMOBJ_ADD,
+    kRead = VL_MEMOBJ_READ,
+    kFind = VL_MEMOBJ_FIND,
+    kFree = VL_MEMOBJ_FREE,
+    kNumbering = VL_MEMOBJ_NUMBERING,
 };
 
 static_assert(kItemsAt == 2016 && kNewBlockSize == 6112);

@@ -10,9 +10,9 @@
 namespace vl::data {
 namespace {
 
-constexpr uint16_t kCountLines = 0;
-constexpr uint16_t kReverseLines = 1;
-constexpr uint16_t kNextLine = 2;
+constexpr uint16_t kCountLines = VL_LINES_COUNT;
+constexpr uint16_t kReverseLines = VL_LINES_REVERSE;
+constexpr uint16_t kNextLine = VL_LINES_NEXT;
 constexpr std::size_t kMaxLines = 500;
 constexpr std::size_t kLineRoom = 240;
 

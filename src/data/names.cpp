@@ -14,11 +14,11 @@ namespace {
 
 #include "data/name_tables.inc"
 
-constexpr uint16_t kNotFound = 32764;
-constexpr uint32_t kFill = 1;
-constexpr uint32_t kListToWindow = 2;
-constexpr uint32_t kListToFunction = 6;
-constexpr uint32_t kReservedBit = 2;
+constexpr uint16_t kNotFound = VL_NO_NAME;
+constexpr uint32_t kFill = VL_NAMES_FILL_CLASSES;
+constexpr uint32_t kListToWindow = VL_NAMES_SEND_TO_WINDOW;
+constexpr uint32_t kListToFunction = VL_NAMES_TO_HOST;
+constexpr uint32_t kReservedBit = VL_NAMES_IDLE_BIT;
 
 const VL_NAME_ROW* table_of(uint32_t class_index) noexcept {
     return class_index < kNameClassCount ? name_pointer_table[class_index] : nullptr;

@@ -7,10 +7,10 @@
 
 namespace {
 
-constexpr uint16_t kStoreBase = 0;
-constexpr uint16_t kCompose = 1;
-constexpr uint16_t kBase = 2;
-constexpr uint16_t kComposed = 3;
+constexpr uint16_t kStoreBase = VL_SECTION_NAME_SET_BASE;
+constexpr uint16_t kCompose = VL_SECTION_NAME_COMPOSE;
+constexpr uint16_t kBase = VL_SECTION_NAME_BASE;
+constexpr uint16_t kComposed = VL_SECTION_NAME_LAST;
 
 }  // namespace
 

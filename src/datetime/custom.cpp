@@ -20,7 +20,7 @@ constexpr uint32_t kDefaultPictureString = 21100;
 // The fraction marker: "'.'" and one or more "#".
 constexpr std::string_view kFractionDot = "'.'";
 
-enum Operation : uint16_t { kSet = 0, kGet = 1, kDefaults = 2, kFirstFormat = 256 };
+enum Operation : uint16_t { kSet = VL_CUSTOM_SET, kGet = VL_CUSTOM_GET, kDefaults = VL_CUSTOM_DEFAULTS, kFirstFormat = VL_CUSTOM_ASK_FIRST };
 
 // Time formats that print 1, 2, 3 or 4 decimals of the second.
 constexpr uint16_t kFractionTimeFormats[kMostFractionDigits] = {11, 7, 10, 12};

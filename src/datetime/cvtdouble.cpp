@@ -12,10 +12,10 @@ namespace vl::datetime {
 namespace {
 
 enum CheckFlag : int32_t {
-    kFill = 1,
-    kRepair = 2,
-    kClearTime = 16,
-    kMonthStart = 4096,
+    kFill = VL_CHECK_FILL,
+    kRepair = VL_CHECK_REPAIR,
+    kClearTime = VL_CHECK_CLEAR_TIME,
+    kMonthStart = VL_CHECK_MONTH_START,
 };
 
 // The largest count of seconds last seconds holds.
@@ -98,31 +98,31 @@ int32_t VLAPI DateTime_CheckDate(VL_DATE_RECORD* record, int32_t flags) noexcept
 int32_t VLAPI DateTime_CvtDouble(double* value, VL_DATE_RECORD* record, uint32_t mode) noexcept {
     const auto m = static_cast<uint16_t>(mode);
     // 1. Modes 0 and 1 first leave the value's seconds, clamped to 32 bits.
-    if (m == 1) leave_seconds(value);
+    if (m == VL_CVT_SECONDS) leave_seconds(value);
     // 2. The mode itself; mode 0 leaves its seconds on its own.
     switch (m) {
-        case 0:
+        case VL_CVT_TO_RECORD:
             if (!value || !record) {
                 leave_seconds(value);
                 return 1;
             }
             return record_of_value(*value, *record);
-        case 1: return static_cast<int32_t>(to_u32(last_seconds));
-        case 2:
+        case VL_CVT_SECONDS: return static_cast<int32_t>(to_u32(last_seconds));
+        case VL_CVT_DAYS_TO_SECONDS:
             if (value) *value *= kSecondsPerDay;
             return 0;
-        case 3:
+        case VL_CVT_SECONDS_TO_DAYS:
             if (value) *value *= kDaysPerSecond;
             return 0;
-        case 4:
+        case VL_CVT_MARKER:
             if (value) *value = kMarker;
             return 0;
-        case 5:
+        case VL_CVT_TIME_ZONE:
             time_zone_offset = platform::time_zone_refresh();
             platform::clear_daylight();
             return 0;
-        case 6:
-        case 8: {
+        case VL_CVT_TO_VALUE:
+        case VL_CVT_TO_VALUE_TOO: {
             if (!record) return 1;
             scratch_record = *record;
             record->tm_isdst = 0;
@@ -134,7 +134,7 @@ int32_t VLAPI DateTime_CvtDouble(double* value, VL_DATE_RECORD* record, uint32_t
             if (value) *value = v;
             return ok ? 0 : 1;
         }
-        case 7:
+        case VL_CVT_SET_SECONDS:
             if (value) last_seconds = *value;
             [[fallthrough]];
         default:

@@ -16,7 +16,7 @@ namespace vl::datetime {
 namespace {
 
 constexpr const uint16_t (&kFormatTable)[20] = kDateFormatTable;
-constexpr uint16_t kCustomFirst = 19, kCustomLast = 20;
+constexpr uint16_t kCustomFirst = VL_DATE_CUSTOM_FIRST, kCustomLast = VL_DATE_CUSTOM_SECOND;
 
 // Bits of the format word tested before the table.
 enum FormatFlag : uint16_t {
@@ -24,10 +24,10 @@ enum FormatFlag : uint16_t {
     kFirstLetter = 2,  // also: no day in part 16
     kAbbreviated = 4,
     kOverride = 128,
-    kWeekdayName = 1024,
-    kMonthName = 2048,
-    kStepText = 4096,
-    kStepFormat = 8192,
+    kWeekdayName = VL_DATE_WEEKDAY_NUMBER,
+    kMonthName = VL_DATE_MONTH_NUMBER,
+    kStepText = VL_DATE_LENGTH,
+    kStepFormat = VL_DATE_STEP_STYLE,
 };
 
 // Parts of a style word.
@@ -42,7 +42,7 @@ enum Part : uint16_t {
 };
 
 // The fullest date and time: short picture and thousandths.
-constexpr uint16_t kFullestFormat = 33292;
+constexpr uint16_t kFullestFormat = VL_DATE_FULLEST;
 // Questions asked with no buffer, by the top four bits.
 enum Question : uint16_t {
     kAskFullest = 1,
@@ -77,7 +77,7 @@ uint16_t answer(uint16_t word) noexcept {
         case kAskLanguage: return static_cast<uint16_t>(regional_date_tables.language_flag);
         case kAskPartOnly: return prints_part(word & 0x0FFF);
         case kReload:
-            DateTime_CvtDouble(nullptr, nullptr, 5);
+            DateTime_CvtDouble(nullptr, nullptr, VL_CVT_TIME_ZONE);
             DateText_Core(nullptr, kLoadTables, working_record);
             return 0;
         default: return 0;

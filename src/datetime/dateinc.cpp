@@ -14,18 +14,18 @@ namespace vl::datetime {
 namespace {
 
 enum Operation : uint16_t {
-    kAdd = 0,
-    kCalendarStep = 1,
-    kSnapStep = 2,
-    kStepKind = 3,
-    kToWeekday = 4,
-    kByText = 5,
-    kMonthStart17 = 7,
-    kMonthStart15 = 8,
+    kAdd = VL_STEP_DAYS,
+    kCalendarStep = VL_STEP_CALENDAR,
+    kSnapStep = VL_STEP_SNAP,
+    kStepKind = VL_STEP_KIND,
+    kToWeekday = VL_STEP_WEEKDAY,
+    kByText = VL_STEP_READ_DAY,
+    kMonthStart17 = VL_STEP_MONTH_START,
+    kMonthStart15 = VL_STEP_MONTH_START_15,
 };
 
 // Step kinds that snapping leaves.
-enum StepKind : int { kNoKind = 0, kWeekKind = 16, kMonthKind = 32, kQuarterKind = 64 };
+enum StepKind : int { kNoKind = 0, kWeekKind = VL_STEP_IS_WEEK, kMonthKind = VL_STEP_IS_MONTH, kQuarterKind = VL_STEP_IS_QUARTER };
 constexpr double kDaySeconds = 86400.0, kWeekSeconds = 604800.0, kMonthSeconds = 2678400.0, kQuarterSeconds = 7862400.0;
 // Units of DateTime_UnitValue's index answer.
 enum Unit : int32_t { kMonthUnit = 5, kQuarterUnit = 6, kYearUnit = 7 };
@@ -49,7 +49,7 @@ void store(double* date, DateRecord& r) noexcept {
     const int32_t day = r.tm_mday;
     r.tm_mday = 1;
     double first = 0.0;
-    const bool ok = DateTime_CvtDouble(&first, &r, 6) == 0;
+    const bool ok = DateTime_CvtDouble(&first, &r, VL_CVT_TO_VALUE) == 0;
     r.tm_mday = day;
     if (!ok) return;
     const double value = first + (day - 1);
@@ -68,7 +68,7 @@ void to_weekday(DateRecord& r, int32_t w) noexcept {
 
 void calendar_step(double* date, double step) noexcept {
     // 1. The date into the working record.
-    DateTime_CvtDouble(date, &working_record, 0);
+    DateTime_CvtDouble(date, &working_record, VL_CVT_TO_RECORD);
     // 2.-3. Steps that are no whole months, quarters or years are days.
     double count = step;
     const int32_t unit = DateTime_UnitValue(&count, kUnitInDays | kUnitIndex, nullptr);
@@ -113,12 +113,12 @@ void snap_step(double* date) noexcept {
     }
     // 4. Back to days.
     *date = snapped;
-    DateTime_CvtDouble(date, nullptr, 3);
+    DateTime_CvtDouble(date, nullptr, VL_CVT_SECONDS_TO_DAYS);
 }
 
 void by_text(double* date, char* text) noexcept {
     DateRecord& r = working_record;
-    DateTime_CvtDouble(date, &r, 0);
+    DateTime_CvtDouble(date, &r, VL_CVT_TO_RECORD);
     int32_t n = 0;
     // 1.-3. A day of the month, or a weekday of the week, at midnight.
     if (KELUTIL_cvtstr2int(text, &n) && n >= 1 && n <= 31) {
@@ -137,7 +137,7 @@ void by_text(double* date, char* text) noexcept {
 
 void month_start(double* date, int32_t day, uint32_t margin) noexcept {
     DateRecord& r = working_record;
-    DateTime_CvtDouble(date, &r, 0);
+    DateTime_CvtDouble(date, &r, VL_CVT_TO_RECORD);
     // 1. Past the margin (or before the day), the next month.
     if (static_cast<uint32_t>(r.tm_mday) - static_cast<uint32_t>(day) > margin && ++r.tm_mon > 11) {
         r.tm_mon = 0;
@@ -171,7 +171,7 @@ extern "C" int32_t VLAPI KELUTIL_dateinc(double* date, intptr_t argument, uint32
             break;
         case kSnapStep: snap_step(date); break;
         case kToWeekday:
-            DateTime_CvtDouble(date, &working_record, 0);
+            DateTime_CvtDouble(date, &working_record, VL_CVT_TO_RECORD);
             to_weekday(working_record, static_cast<int8_t>(argument & 0xFF));
             store(date, working_record);
             break;

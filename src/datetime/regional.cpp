@@ -122,7 +122,7 @@ void regional_tables_load() {
     compile_picture(t.short_picture, t.short_steps);
     compile_picture(t.long_picture, t.long_steps);
     // 7. The working record starts at now.
-    DateTime_CheckDate(&working_record, 1);
+    DateTime_CheckDate(&working_record, VL_CHECK_FILL);
     // 8.-9. Month and weekday names.
     load_names(kFirstMonthString, 12, t.month_names, t.month_abbreviations);
     load_names<8, 8>(kFirstWeekdayString, 7, t.weekday_names, nullptr);

@@ -72,7 +72,7 @@ int32_t read_quantity(double* value, char* text) noexcept {
     *unit = '\0';
     double quantity = text[0] ? KELUTIL_str2real(text) * u.seconds : u.seconds;
     // 6. In days.
-    DateTime_CvtDouble(&quantity, nullptr, 3);
+    DateTime_CvtDouble(&quantity, nullptr, VL_CVT_SECONDS_TO_DAYS);
     if (value) *value = quantity;
     return result;
 }

@@ -21,15 +21,15 @@ namespace vl::datetime {
 namespace {
 
 enum ReadFlag : uint16_t {
-    kShortOverride = 128,
-    kNowValue = 3,
-    kMarker = 4,
-    kWeekdayNumber = 1024,
-    kMonthNumber = 2048,
-    kStepQuantity = 4096,
+    kShortOverride = VL_READ_COMPACT,
+    kNowValue = VL_READ_NOW,
+    kMarker = VL_READ_MARKER,
+    kWeekdayNumber = VL_READ_WEEKDAY,
+    kMonthNumber = VL_READ_MONTH,
+    kStepQuantity = VL_READ_LENGTH,
 };
 
-constexpr uint16_t kLastFormat = 20;
+constexpr uint16_t kLastFormat = VL_DATE_CUSTOM_SECOND;
 constexpr uint16_t kRetryFormat = 10;
 // The text of a custom reading kept for the retry.
 constexpr std::size_t kSavedText = 120;
@@ -322,7 +322,7 @@ double Date_ReadGeneral(const char* original, uint16_t flags, uint16_t format) n
     if (!DateTime_CheckDate(&working_record, kRepairAndClear)) return MISSING_VALUE;
     // 11. A date that exists; two-digit years widened.
     double value = 0.0;
-    if (DateTime_CvtDouble(&value, &working_record, 6) != 0) return MISSING_VALUE;
+    if (DateTime_CvtDouble(&value, &working_record, VL_CVT_TO_VALUE) != 0) return MISSING_VALUE;
     // 12. The time of day behind it.
     if (tail && *tail) value += KELUTIL_str2time(tail, tail_format(style, custom));
     return value;
@@ -371,8 +371,8 @@ namespace {
     switch (f) {
         case kNowValue:
             start_at_now();
-            return DateTime_CvtDouble(&value, &working_record, 6) == 0 ? value : MISSING_VALUE;
-        case kMarker: DateTime_CvtDouble(&value, nullptr, 4); return value;
+            return DateTime_CvtDouble(&value, &working_record, VL_CVT_TO_VALUE) == 0 ? value : MISSING_VALUE;
+        case kMarker: DateTime_CvtDouble(&value, nullptr, VL_CVT_MARKER); return value;
         default: break;
     }
     if (!text) return MISSING_VALUE;

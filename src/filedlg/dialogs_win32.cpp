@@ -230,7 +230,7 @@ void FileOptionsHook(HWND dialog, UINT message, WPARAM first, LPARAM) noexcept {
 void FileReadOnlyLabel(HWND platform_dialog) noexcept {
     const LRESULT selection = SendDlgItemMessageA(platform_dialog, kTypeCombo, CB_GETCURSEL, 0, 0);
     std::array<char, kExtensionRoom> ext{};
-    KELUTIL_Fdlog_Str(ext.data(), static_cast<int32_t>(selection) + 1, 21);
+    KELUTIL_Fdlog_Str(ext.data(), static_cast<int32_t>(selection) + 1, VL_TYPE_EXTENSION);
     HWND const box = GetDlgItem(platform_dialog, kReadOnlyBox);
     if (!box) return;
     const int32_t label = ReadOnlyLabelOf(ext.data());
@@ -267,7 +267,7 @@ void FileExplorerInfo(HWND dialog, UINT message, int id) noexcept {
         case IDOK:
             if (is_save_template(dialog) && active_record && active_record->lpstrFile) {
                 std::array<char, kExtensionRoom> ext{};
-                KELUTIL_Fdlog_Str(ext.data(), static_cast<int32_t>(active_record->nFilterIndex), 21);
+                KELUTIL_Fdlog_Str(ext.data(), static_cast<int32_t>(active_record->nFilterIndex), VL_TYPE_EXTENSION);
                 if (ext[0]) check_extension(active_record->lpstrFile, ext.data(), 0);
             }
             FileInfoCommand(dialog, nullptr, kReadComment);
@@ -399,9 +399,9 @@ void FileInfoCommand(HWND dialog, const char* argument, int32_t mode) noexcept {
         case kWriteComment: set_text_of(dialog, kComment, szFileComment.data()); break;
         case kShowHead: show_head(dialog); break;
         case kFollowBox: follow_box(dialog); break;
-        case 1024:
-        case 1280:
-        case 1536:
+        case VL_FD_COMMENT_READ:
+        case VL_FD_COMMENT_SET:
+        case VL_FD_COMMENT_ENABLE:
             KELUTIL_FileSaveAs(nullptr, const_cast<char*>(argument), nullptr, static_cast<uint32_t>(mode));
             break;
         case kExplorerOn: bExplorerDialog = true; break;

@@ -13,23 +13,23 @@
 namespace vl::filedlg {
 namespace {
 
-constexpr uint32_t kOpenFile = 0x0001;
-constexpr uint32_t kSetOptions = 0x0008;
-constexpr uint32_t kDirectory = 0x0010;
-constexpr uint32_t kGetOptions = 0x0020;
-constexpr uint32_t kExport = 0x0080;
-constexpr uint32_t kPreset = 0x0200;
-constexpr uint32_t kComment = 0x0400;
-constexpr uint32_t kExplorer = 0x2000;
+constexpr uint32_t kOpenFile = VL_FD_OPEN_FILE;
+constexpr uint32_t kSetOptions = VL_FD_SET_OPTIONS;
+constexpr uint32_t kDirectory = VL_FD_DIRECTORY;
+constexpr uint32_t kGetOptions = VL_FD_GET_OPTIONS;
+constexpr uint32_t kExport = VL_FD_EXPORT;
+constexpr uint32_t kPreset = VL_FD_PRESET;
+constexpr uint32_t kComment = VL_FD_COMMENT;
+constexpr uint32_t kExplorer = VL_FD_EXPLORER;
 
-constexpr int32_t kCancelledOpen = -1;
-constexpr int32_t kFailed = 1;
+constexpr int32_t kCancelledOpen = VL_FD_CANCELLED;
+constexpr int32_t kFailed = VL_FD_NO_DRIVE;
 
 // The longest name the save dialog's file buffer is fitted to.
 constexpr std::size_t kFittedName = 266;
 
-enum PathOp : uint32_t { kFind = 0 };
-enum TypeOp : uint32_t { kSelect = 17, kSetExtension = 22 };
+enum PathOp : uint32_t { kFind = VL_PATH_FIND };
+enum TypeOp : uint32_t { kSelect = VL_TYPE_SELECT, kSetExtension = VL_TYPE_SET_EXTENSION };
 
 template <std::size_t N>
 void set_text(std::array<char, N>& to, const char* from) noexcept {
@@ -246,7 +246,7 @@ int32_t FinishOpen(const DialogChoice& choice, bool had_spec, uint32_t flags, ch
     platform::change_directory(szCurrentDir.data());
     if (name) std::strcpy(name, szFileName.data());
     if (!(flags & kOpenFile)) return 0;
-    return KELUTIL_32FileOpen(szFileName.data(), 0x80000000u, 3, 3);
+    return KELUTIL_32FileOpen(szFileName.data(), VL_FILE_READ, VL_FILE_SHARE_READ_WRITE, VL_FILE_OPEN_EXISTING);
 }
 
 int32_t FinishSave(const DialogChoice& choice, bool had_spec, char* name) noexcept {
@@ -294,11 +294,11 @@ extern "C" int32_t VLAPI KELUTIL_FileDialog(VL_HWND owner, char* name, char* spe
 extern "C" int32_t VLAPI KELUTIL_FileSaveAs(VL_HWND owner, char* name, char* spec, uint32_t flags) noexcept {
     if (flags & kComment) {
         switch (static_cast<uint16_t>(flags)) {
-            case 1024:
+            case VL_FD_COMMENT_READ:
                 if (name) std::strcpy(name, szFileComment.data());
                 break;
-            case 1280: set_text(szFileComment, name); break;
-            case 1536:
+            case VL_FD_COMMENT_SET: set_text(szFileComment, name); break;
+            case VL_FD_COMMENT_ENABLE:
                 if (name) bInfoEnabled = static_cast<signed char>(name[0]);
                 break;
             default: break;

@@ -14,7 +14,12 @@
 namespace vl::filedlg {
 namespace {
 
-enum Operation : uint16_t { kFree = 0, kDialog = 1, kRow = 2, kFromText = 3 };
+enum Operation : uint16_t {
+    kFree = VL_FILE_LIST_FREE,
+    kDialog = VL_FILE_LIST_DIALOG,
+    kRow = VL_FILE_LIST_ROW,
+    kFromText = VL_FILE_LIST_FROM_TEXT
+};
 constexpr char kNoSuchRow[] = "error";
 constexpr int32_t kRefused = 1;
 

@@ -16,13 +16,13 @@ namespace vl::filedlg {
 namespace {
 
 enum Operation : uint16_t {
-    kSelect = 17,
-    kSelected = 18,
-    kSetDescription = 19,
-    kGetDescription = 20,
-    kGetExtension = 21,
-    kSetExtension = 22,
-    kFindExtension = 23,
+    kSelect = VL_TYPE_SELECT,
+    kSelected = VL_TYPE_SELECTED,
+    kSetDescription = VL_TYPE_SET_DESCRIPTION,
+    kGetDescription = VL_TYPE_DESCRIPTION,
+    kGetExtension = VL_TYPE_EXTENSION,
+    kSetExtension = VL_TYPE_SET_EXTENSION,
+    kFindExtension = VL_TYPE_FIND_EXTENSION,
 };
 constexpr int32_t kRejected = 1;
 
@@ -122,7 +122,7 @@ int32_t FileTypeBuildFilter(std::span<char> filter, uint32_t flags) noexcept {
         }
         if (r == 1 && !ignore_remembered) set_text(szLastExt, ext, kPathRoom - 1);
         // A lookup only reads the extension.
-        const int32_t k = KELUTIL_PathControl(0, nullptr, const_cast<char*>(ext), 0);
+        const int32_t k = KELUTIL_PathControl(VL_PATH_FIND, nullptr, const_cast<char*>(ext), 0);
         if (k > 0 && !ignore_remembered) {
             set_text(szLastExt, ext, kPathRoom - 1);
             const bool same =
@@ -135,7 +135,7 @@ int32_t FileTypeBuildFilter(std::span<char> filter, uint32_t flags) noexcept {
     if (!ignore_remembered && !bPresetActive) {
         // 5. The dialog opens in the directory of its extension; the host
         //    may be asked.
-        KELUTIL_PathControl(0, szCurrentDir.data(), szLastExt.data(), 0);
+        KELUTIL_PathControl(VL_PATH_FIND, szCurrentDir.data(), szLastExt.data(), 0);
     } else if (!bExtPreset) {
         // 6. The extension of the row shown, with its dot.
         set_text(szLastExt, row_at(show).extension.data(), kPathRoom - 1);

@@ -16,13 +16,13 @@ namespace vl::filedlg {
 namespace {
 
 enum Operation : uint16_t {
-    kFind = 0,
-    kStore = 1,
-    kRecordStartDir = 2,
-    kEmpty = 3,
-    kCount = 4,
-    kReadRow = 5,
-    kRemember = 6,
+    kFind = VL_PATH_FIND,
+    kStore = VL_PATH_STORE,
+    kRecordStartDir = VL_PATH_START_DIRECTORY,
+    kEmpty = VL_PATH_EMPTY,
+    kCount = VL_PATH_COUNT,
+    kReadRow = VL_PATH_ROW,
+    kRemember = VL_PATH_REMEMBER_TYPE,
 };
 constexpr int32_t kNoRow = -1;
 

@@ -16,9 +16,4 @@ extern FrameState frame_state;
 // script window's class, which only the Windows build has.
 void library_attach();
 
-// Answer of KELUTIL_Main at start and query.
-constexpr uint32_t kLibraryVersion = 3783;
-// The newest host version this library starts for.
-constexpr uint32_t kNewestHostVersion = 6100;
-
 }  // namespace vl::frame

@@ -123,7 +123,7 @@ enum Operation : uint16_t {
     kPrecision = 100,
 };
 
-enum Unit : uint16_t { kDegrees = 1, kGrads = 2 };
+enum Unit : uint16_t { kDegrees = VL_MATH_DEGREES, kGrads = VL_MATH_GRADS };
 
 int32_t find(const char* name, void* output) noexcept {
     // 1. The last find costs one comparison.

@@ -16,7 +16,7 @@ namespace vl::math {
 namespace {
 
 // The pivot bookkeeping holds one byte per step.
-constexpr uint16_t kMaxOrder = 128;
+constexpr uint16_t kMaxOrder = VL_INVERSE_MAX;
 constexpr double kSingular = 1e-18;
 
 enum Result : int32_t { kInverted = 0, kRefused = 1, kSingularMatrix = 3 };

@@ -101,7 +101,13 @@ void set_block_copies(PrinterBlock& block, uint16_t copies) noexcept {
 }
 
 bool block_field_operation(uint16_t op, void* argument) noexcept {
-    enum : uint16_t { kGetOrientation = 12, kSetOrientation = 13, kDeviceName = 14, kPortName = 15, kSetCopies = 16 };
+    enum : uint16_t {
+        kGetOrientation = VL_PRINTER_GET_ORIENTATION,
+        kSetOrientation = VL_PRINTER_SET_ORIENTATION,
+        kDeviceName = VL_PRINTER_DEVICE_NAME,
+        kPortName = VL_PRINTER_PORT,
+        kSetCopies = VL_PRINTER_SET_COPIES
+    };
     if (op < kGetOrientation || op > kSetCopies) return false;
     if (!argument) return true;
     switch (op) {

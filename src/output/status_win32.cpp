@@ -7,10 +7,11 @@
 
 #include <string>
 
+#include "internal/guard.h"
+#include "internal/host.h"
 #include "output/status.h"
 #include "output_ids.h"
 #include "platform/platform.h"
-#include "internal/guard.h"
 #include "vlcore.h"
 
 namespace vl::output {
@@ -26,12 +27,20 @@ StatusRecord status_record;
 
 namespace {
 
-enum Operation : uint32_t { kOpen = 0, kProgress = 1, kPoll = 2, kClose = 3, kButton = 4, kReset = 5, kShow = 6 };
-constexpr uint32_t kNoDialog = 4096, kMessageOnly = 8192, kEndButton = 16384;
-constexpr uint32_t kOperationBits = 0xF;
+enum Operation : uint32_t {
+    kOpen = VL_STATUS_OPEN,
+    kProgress = VL_STATUS_PROGRESS,
+    kPoll = VL_STATUS_POLL,
+    kClose = VL_STATUS_CLOSE,
+    kButton = VL_STATUS_BUTTON,
+    kReset = VL_STATUS_RESET,
+    kShow = VL_STATUS_SHOW
+};
+constexpr uint32_t kNoDialog = VL_STATUS_NO_DIALOG, kMessageOnly = VL_STATUS_TITLE_ONLY, kEndButton = VL_STATUS_END_BUTTON;
+constexpr uint32_t kOperationBits = VL_STATUS_COMMAND_BITS;
 
-constexpr UINT kHostLineMessage = WM_USER;  // 1024: a script line for the host
-constexpr int32_t kStop = 1, kEnd = 2;
+constexpr UINT kHostLineMessage = host::STATUS_LINE;
+constexpr int32_t kStop = VL_STATUS_CANCEL, kEnd = VL_STATUS_END;
 constexpr WPARAM kEscape = VK_ESCAPE;
 constexpr UINT kFirstKeyMessage = 256, kLastKeyMessage = 264;
 

@@ -24,19 +24,21 @@
 #include <string>
 #include <string_view>
 
+#include "vlcore.h"
+
 namespace vl::script {
 
 // ---- Numbers of the interface ----------------------------------------------
 
 // KelText codes.
 enum KelTextCode : uint32_t {
-    kLoadAccelerators = 0,
-    kCreateWindow = 1,
-    kSetting = 2,
-    kFreeAccelerators = 3,
-    kAppendText = 14,
-    kSetModified = 20,
-    kQueryFont = 30,
+    kLoadAccelerators = VL_TEXT_LOAD_ACCELERATORS,
+    kCreateWindow = VL_TEXT_CREATE_WINDOW,
+    kSetting = VL_TEXT_SETTING,
+    kFreeAccelerators = VL_TEXT_FREE_ACCELERATORS,
+    kAppendText = VL_TEXT_APPEND,
+    kSetModified = VL_TEXT_SET_MODIFIED,
+    kQueryFont = VL_TEXT_QUERY_FONT,
 };
 
 // Menu commands, and the edit control's identifier.
@@ -54,7 +56,7 @@ enum Command : uint32_t {
     kCmdDelete = 514,
     kCmdExecution = 571,
 };
-constexpr int kEditId = 4;
+constexpr int kEditId = VL_SCRIPT_EDIT_ID;
 
 // Internal codes of the file command, beside New, Open, Save and Save As.
 constexpr uint32_t kFileSaveCheck = 17;

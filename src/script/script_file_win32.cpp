@@ -14,10 +14,10 @@ namespace {
 // Marks a window whose file had line feeds alone, so Save writes them so.
 constexpr char kLineFeedsProp[] = "VorlanScriptLineFeeds";
 
-constexpr uint32_t kGenericRead = 0x80000000;
-constexpr uint32_t kGenericReadWrite = 0xC0000000;
-constexpr uint32_t kShareReadWrite = 3;
-constexpr uint32_t kOpenExisting = 3;
+constexpr uint32_t kGenericRead = VL_FILE_READ;
+constexpr uint32_t kGenericReadWrite = VL_FILE_READ | VL_FILE_WRITE;
+constexpr uint32_t kShareReadWrite = VL_FILE_SHARE_READ_WRITE;
+constexpr uint32_t kOpenExisting = VL_FILE_OPEN_EXISTING;
 
 std::string load_text(uint32_t id) {
     char buffer[121] = {};

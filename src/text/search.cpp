@@ -126,7 +126,7 @@ char* VLAPI KELUTIL_string_in_string(const char* needle, const char* text, uint3
 uint16_t VLAPI KELUTIL_FindString(const VL_NAME_ROW* table, const char* name) noexcept {
     for (const VL_NAME_ROW* row = table; row->name; ++row)
         if (platform::compare(row->name, name) == 0) return static_cast<uint16_t>(row->id);
-    return 32764;
+    return VL_NO_NAME;
 }
 
 }  // extern "C"

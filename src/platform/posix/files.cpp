@@ -8,12 +8,13 @@
 #include <cerrno>
 
 #include "platform/platform.h"
+#include "vlcore.h"
 
 namespace vl::platform {
 namespace {
 
-constexpr uint32_t kGenericRead = 0x80000000u;
-constexpr uint32_t kGenericWrite = 0x40000000u;
+constexpr uint32_t kGenericRead = VL_FILE_READ;
+constexpr uint32_t kGenericWrite = VL_FILE_WRITE;
 
 // Windows error numbers for the failures a copy usually meets, so a host
 // sees the same codes on both builds.
