@@ -179,18 +179,17 @@ void hold_brush(VL_HDC dc, void* brush) noexcept {
 }
 
 int32_t make_pen(VL_HDC dc, uint32_t number, intptr_t width) noexcept {
-    // 1.
+    // 1. No context, no pen; a pen made before goes first.
     if (dc == nullptr) return 0;
-    // 2.
     if (color_pen) release_pen(dc);
-    // 3.
+    // 2. The row's colour, black for a number the table lacks.
     const uint32_t rgb = rgb_or_black(number);
-    // 4. The bevelled square routine knows the device's resolution and zoom.
+    // 3. The bevelled square routine knows the device's resolution and zoom.
     const int16_t units =
         width == 0
             ? 0
             : static_cast<int16_t>(KELUTIL_3Dsquare(dc, static_cast<int32_t>(width), nullptr, nullptr, kLineWidth));
-    // 5.
+    // 4. Made in the palette's drawing colour, held and selected.
     hold_pen(dc, gdi::create_pen(units, drawing_colour(rgb)));
     return 0;
 }

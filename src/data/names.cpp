@@ -38,7 +38,6 @@ void list_class(const VL_NAME_ROW* rows, Deliver&& deliver) {
 
 }  // namespace
 
-std::span<const ClassTable> class_tables() noexcept { return kClassTables; }
 
 }  // namespace vl::data
 

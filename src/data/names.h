@@ -1,9 +1,7 @@
 // The host's name tables and the delivery of listings to a window.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <span>
 
 #include "vlcore.h"
 
@@ -14,8 +12,6 @@ struct ClassTable {
     uint32_t class_index;
     const VL_NAME_ROW* rows;
 };
-// Every class that has a table, in ascending class order.
-std::span<const ClassTable> class_tables() noexcept;
 
 // Window side of a listing.  Only the Windows build has windows: natively
 // no window is ever alive, so nothing is sent.

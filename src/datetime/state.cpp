@@ -1,3 +1,6 @@
+// The date module's process-wide state: the working record, the last seconds,
+// the time zone offset, the wrapping period and the last step, one copy each.
+
 #include "datetime/state.h"
 
 #include "datetime/custom.h"

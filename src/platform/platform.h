@@ -86,7 +86,6 @@ FileHandle file_lopen_read(const char* name) noexcept;
 int32_t file_lread(FileHandle file, void* data, uint32_t count) noexcept;
 int32_t file_lwrite(FileHandle file, const void* data, uint32_t count) noexcept;
 int32_t file_hwrite(FileHandle file, const void* data, int32_t count) noexcept;
-int32_t file_llseek(FileHandle file, int32_t offset, int origin) noexcept;
 void file_lclose(FileHandle file) noexcept;
 // Readers of files past 2 GB: the whole size, and a seek from the start.
 bool file_size64(FileHandle file, uint64_t& size) noexcept;

@@ -1,3 +1,6 @@
+// The script window's class VORLAN_SW, registered when the library is
+// loaded, so that KelText can make windows of it.
+
 #include "script/window_class.h"
 
 #include "script/script_win32.h"

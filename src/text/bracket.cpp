@@ -1,3 +1,6 @@
+// The bracket scanner: the one process-wide state that the token and search
+// entries share to know whether a character lies inside brackets or quotes.
+
 #include "text/bracket.h"
 
 namespace vl::text {

@@ -181,13 +181,6 @@ int32_t file_hwrite(FileHandle file, const void* data, int32_t count) noexcept {
     return file_lwrite(file, data, static_cast<uint32_t>(count));
 }
 
-int32_t file_llseek(FileHandle file, int32_t offset, int origin) noexcept {
-    if (file < 0 || origin < 0 || origin > 2) return -1;
-    const int whence = origin == 0 ? SEEK_SET : origin == 1 ? SEEK_CUR : SEEK_END;
-    const off_t pos = ::lseek(file, offset, whence);
-    return pos < 0 ? -1 : static_cast<int32_t>(pos);
-}
-
 void file_lclose(FileHandle file) noexcept {
     if (file >= 0) ::close(file);
 }

@@ -64,10 +64,6 @@ int32_t file_hwrite(FileHandle file, const void* data, int32_t count) noexcept {
     return static_cast<int32_t>(_hwrite(to_hfile(file), static_cast<LPCCH>(data), count));
 }
 
-int32_t file_llseek(FileHandle file, int32_t offset, int origin) noexcept {
-    return static_cast<int32_t>(_llseek(to_hfile(file), offset, origin));
-}
-
 void file_lclose(FileHandle file) noexcept {
     if (file != kNoFile) _lclose(to_hfile(file));
 }
