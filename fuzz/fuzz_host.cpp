@@ -3,6 +3,8 @@
 // carry from line to line.  Every line runs or fails with a message; each
 // line lies in a heap block of exactly its size.
 
+#include <algorithm>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
