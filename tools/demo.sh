@@ -4,7 +4,7 @@
 #      its transcript;
 #   2. on Windows (Wine with a virtual screen), the window host opens the
 #      library's script window, types the same script into it key by key,
-#      and leaves the window's text and a screenshot in build/win64/artifacts;
+#      and leaves the window's text and a screenshot in build/win64;
 #   3. on Windows, the printers the library sees, and the script printed
 #      through the library's printer device on the PDF printer;
 #   4. a few of the library's entries through the command-line tool.
@@ -18,19 +18,20 @@ step() { printf '\n=== %s ===\n' "$*"; }
 step "native: the host runs $script"
 cmake --preset native >/dev/null
 cmake --build --preset native -j 2 --target vlcore_host vlcore_tool >/dev/null
-build/native/vlcore_host --library build/native/libvlcore.so "$script"
+# The host's commands exactly as the README gives them.
+build/native/vlcore_host examples/host/demo.vls
+step "native: the host reads lines from standard input"
+printf 'x = 2\ntype SQRT(x), x ^ 10\n' | build/native/vlcore_host
 
 if [ -z "${DEMO_NATIVE_ONLY:-}" ]; then
   step "Windows: the script typed into the script window under Wine"
   cmake --preset win64 >/dev/null
   cmake --build --preset win64 -j 2 --target vlcore_host_window >/dev/null
-  artifacts=build/win64/artifacts
-  mkdir -p "$artifacts"
-  (cd build/win64 && xvfb-run -a -s "-screen 0 1024x768x24" ../../cmake/wine-run.sh ./vlcore_host_window.exe \
-      --demo "../../$script" --transcript artifacts/demo-window.txt --screenshot artifacts/demo-window.bmp) || true
-  if [ -s "$artifacts/demo-window.txt" ]; then
-    tr -d '\r' <"$artifacts/demo-window.txt"
-    printf '\n(window text in %s, screenshot in %s)\n' "$artifacts/demo-window.txt" "$artifacts/demo-window.bmp"
+  rm -f build/win64/demo-window.txt build/win64/demo-window.bmp
+  xvfb-run -a -s "-screen 0 1024x768x24" cmake/wine-run.sh build/win64/vlcore_host_window.exe --demo examples/host/demo.vls --transcript build/win64/demo-window.txt --screenshot build/win64/demo-window.bmp || true
+  if [ -s build/win64/demo-window.txt ]; then
+    tr -d '\r' <build/win64/demo-window.txt
+    printf '\n(window text in %s, screenshot in %s)\n' build/win64/demo-window.txt build/win64/demo-window.bmp
   else
     echo "the window host left no transcript" >&2
     exit 1

@@ -1,6 +1,6 @@
 # Runs the host on a script and compares its transcript with the expected
 # one, line ends aside; the transcript stays in ACTUAL for a look.
-#   console host: LIBRARY given, the transcript is its standard output;
+#   console host: the transcript is its standard output;
 #   window host:  SCREENSHOT given, the script is typed into the script
 #                 window and the window's text is the transcript.
 get_filename_component(dir "${ACTUAL}" DIRECTORY)
@@ -15,7 +15,7 @@ if(SCREENSHOT)
   endif()
   file(READ "${ACTUAL}" actual)
 else()
-  execute_process(COMMAND ${EMULATOR} ${HOST} --library ${LIBRARY} ${SCRIPT}
+  execute_process(COMMAND ${EMULATOR} ${HOST} ${SCRIPT}
                   OUTPUT_VARIABLE actual RESULT_VARIABLE status)
   file(WRITE "${ACTUAL}" "${actual}")
 endif()

@@ -5,6 +5,8 @@
 // with 0 once it has run every line, 1 when it could not start.
 //
 //   vlcore_host [--library NAME] [--settings FILE] [SCRIPT]
+//
+// Without --library it loads the library that lies beside the program.
 
 #include <cstdio>
 #include <cstring>
@@ -58,18 +60,10 @@ int main(int argc, char** argv) {
     std::istream& in = script ? file : std::cin;
     // 2. Progress shows as a line per step.
     host::Interpreter interpreter(vl, [](int step, int total) {
-        std::printf("  step %d of %d\n", step, total);
+        std::cout << "  step " << step << " of " << total << '\n';
         return true;
     });
-    for (std::string line; std::getline(in, line);) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        std::printf("> %s\n", line.c_str());
-        std::fflush(stdout);
-        std::vector<std::string> out;
-        const int result = interpreter.run(line, out);
-        for (const auto& text : out) std::printf("%s\n", text.c_str());
-        if (result != 0) std::printf("#Command Error!\n");
-    }
+    host::transcript(interpreter, in, std::cout);
     // 3. The end.
     vl.main(nullptr, 6000, 0, 1);
     return 0;

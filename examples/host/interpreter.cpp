@@ -1,8 +1,11 @@
 #include "interpreter.h"
 
+#include <array>
 #include <cctype>
+#include <charconv>
 #include <cmath>
-#include <cstring>
+#include <istream>
+#include <ostream>
 
 namespace host {
 namespace {
@@ -17,6 +20,21 @@ std::string upper(std::string_view s) {
 struct Failure {
     std::string message;
 };
+
+// Brackets, arguments, signs and powers may nest this deep.  The parser
+// recurses at each level, so a bound keeps a hostile line off the end of
+// the stack; real scripts stay far below it.
+constexpr int kMaxNesting = 256;
+// Steps of one progress loop: the front end shows every one of them.
+constexpr int kMaxProgressSteps = 1000;
+
+// A whole text of decimal digits as an unsigned number, false when it is
+// anything else or does not fit.
+bool read_unsigned(std::string_view text, uint32_t& out) {
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, out);
+    return !text.empty() && error == std::errc{} && stop == end;
+}
 
 // Recursive descent over the characters of one expression.
 class Expression {
@@ -34,6 +52,9 @@ class Expression {
     }
 
   private:
+    // The table's functions take one to three arguments.
+    using Arguments = std::array<double, 3>;
+
     bool ok() const { return failure_.message.empty(); }
     void fail(std::string message) {
         if (ok()) failure_.message = std::move(message);
@@ -77,10 +98,17 @@ class Expression {
         }
         return v;
     }
+    // Every way of nesting passes through here: brackets and arguments
+    // through sum(), signs directly, powers through their exponent.
     double unary() {
-        if (take('-')) return -unary();
-        if (take('+')) return unary();
-        return power();
+        if (depth_ == kMaxNesting) {
+            fail("too deeply nested");
+            return 0.0;
+        }
+        ++depth_;
+        const double v = take('-') ? -unary() : take('+') ? unary() : power();
+        --depth_;
+        return v;
     }
     double power() {
         const double base = primary();
@@ -149,12 +177,12 @@ class Expression {
             if (found == variables_.end()) fail("no variable " + word);
             return found == variables_.end() ? 0.0 : found->second;
         }
-        double args[3] = {};
+        Arguments args = {};
         int count = 0;
         if (!take(')')) {
             do {
                 const double v = sum();
-                if (count < 3) args[count] = v;
+                if (count < static_cast<int>(args.size())) args[count] = v;
                 ++count;
             } while (ok() && take(','));
             if (!take(')')) fail("missing ')'");
@@ -162,7 +190,7 @@ class Expression {
         return ok() ? call(upper(word), args, count) : 0.0;
     }
 
-    double call(const std::string& name, double* args, int count) {
+    double call(const std::string& name, Arguments& args, int count) {
         std::string key = name;
         uint16_t row = 0;
         const int32_t wanted = vl_.math(0, VL_MATH_FIND, key.data(), &row, 0);
@@ -170,12 +198,18 @@ class Expression {
             fail("no function " + name);
             return 0.0;
         }
+        // The entry reads as many doubles as the row wants: never more
+        // than there is room for.
+        if (wanted > static_cast<int32_t>(args.size())) {
+            fail(name + " takes more arguments than this host passes");
+            return 0.0;
+        }
         if (wanted != count) {
             fail(name + " takes " + std::to_string(wanted) + (wanted == 1 ? " argument" : " arguments"));
             return 0.0;
         }
         double value = 0.0;
-        if (vl_.math(0, (static_cast<uint32_t>(row) << 16) | VL_MATH_EVAL, args, &value, 0) != 0)
+        if (vl_.math(0, (static_cast<uint32_t>(row) << 16) | VL_MATH_EVAL, args.data(), &value, 0) != 0)
             fail(name + " failed");
         return value;
     }
@@ -184,6 +218,7 @@ class Expression {
     const std::map<std::string, double>& variables_;
     std::string_view text_;
     std::size_t at_ = 0;
+    int depth_ = 0;
     Failure failure_;
 };
 
@@ -290,14 +325,17 @@ int Interpreter::statement(std::string_view text, std::vector<std::string>& out)
         uint32_t format = 1;
         std::string first;
         const std::string_view after = token(vl_, rest, first);
-        if (!first.empty() && std::isdigit(static_cast<unsigned char>(first[0])) &&
-            first.find_first_not_of("0123456789") == std::string::npos && !trim(after).empty()) {
-            format = static_cast<uint32_t>(std::stoul(first));
+        if (!first.empty() && first.find_first_not_of("0123456789") == std::string::npos && !trim(after).empty()) {
+            if (!read_unsigned(first, format)) {
+                out.push_back("error: no date format " + first);
+                return 1;
+            }
             rest = after;
         }
         const double v = value_of(rest);
         if (failed()) return 1;
-        char printed[64];
+        // A format that only asks (a style word for a step) prints nothing.
+        char printed[64] = "";
         vl_.date2str(v, format, printed);
         out.push_back(printed);
         return 0;
@@ -306,19 +344,22 @@ int Interpreter::statement(std::string_view text, std::vector<std::string>& out)
         std::string cls, name;
         rest = token(vl_, rest, cls);
         token(vl_, rest, name);
-        char* end = nullptr;
-        const unsigned long index = std::strtoul(cls.c_str(), &end, 10);
-        if (cls.empty() || *end != '\0' || name.empty()) {
+        uint32_t index = 0;
+        if (!read_unsigned(cls, index) || name.empty()) {
             out.push_back("error: names CLASS NAME");
             return 1;
         }
-        const int32_t id = vl_.names(static_cast<uint32_t>(index), reinterpret_cast<intptr_t>(name.c_str()), 0);
+        const int32_t id = vl_.names(index, reinterpret_cast<intptr_t>(name.c_str()), 0);
         out.push_back(name + (id == 32764 ? " is no name of class " + cls : " = " + std::to_string(id)));
         return id == 32764 ? 1 : 0;
     }
     if (command == "PROGRESS") {
         const double v = value_of(rest);
         if (failed()) return 1;
+        if (!(v >= 0 && v <= kMaxProgressSteps)) {
+            out.push_back("error: progress takes 0 to " + std::to_string(kMaxProgressSteps) + " steps");
+            return 1;
+        }
         const int total = static_cast<int>(v);
         for (int step = 1; step <= total; ++step)
             if (progress_ && !progress_(step, total)) {
@@ -339,6 +380,20 @@ int Interpreter::statement(std::string_view text, std::vector<std::string>& out)
     }
     out.push_back("error: unknown command '" + word + "'");
     return 1;
+}
+
+void transcript(Interpreter& interpreter, std::istream& in, std::ostream& out) {
+    for (std::string line; std::getline(in, line);) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        // The line stands in the transcript before it runs: should the
+        // host die on it, the transcript still names the line.
+        out << "> " << line << '\n' << std::flush;
+        std::vector<std::string> lines;
+        const int result = interpreter.run(line, lines);
+        for (const auto& text : lines) out << text << '\n';
+        if (result != 0) out << "#Command Error!\n";
+    }
+    out << std::flush;
 }
 
 }  // namespace host

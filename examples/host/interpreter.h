@@ -13,10 +13,13 @@
 //
 // Expressions: numbers, variables, + - * / ^, brackets, function calls of
 // the library's table (SIN(x), TTABLE(p, n) ...), and "text" read as a date.
-// Statements are separated by ';'.
+// Statements are separated by ';'.  A statement that cannot run fails with
+// a message ("too deeply nested" past 256 levels of brackets, arguments,
+// signs and powers); no line makes the interpreter throw or crash.
 #pragma once
 
 #include <functional>
+#include <iosfwd>
 #include <map>
 #include <string>
 #include <string_view>
@@ -47,5 +50,10 @@ class Interpreter {
     Progress progress_;
     std::map<std::string, double> variables_;
 };
+
+// Runs each line of `in` and writes the transcript to `out` as the script
+// window shows it: the line behind "> ", its output, then "#Command Error!"
+// when it failed.  Lines may be of any length.
+void transcript(Interpreter& interpreter, std::istream& in, std::ostream& out);
 
 }  // namespace host

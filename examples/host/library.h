@@ -29,6 +29,18 @@ struct Library {
     bool load(const char* name);
     // An entry by export name, or null.
     void* entry(const char* export_name) const;
+    // Takes the entries of a library linked into the program itself (the
+    // host's tests and fuzzing); nothing is loaded.
+    void bind_linked() {
+        main = &KELUTIL_Main;
+        next_token = &KELUTIL_next_token;
+        str2real = &KELUTIL_str2real;
+        real2str = &KELUTIL_real2str;
+        str2date = &KELUTIL_str2date;
+        date2str = &KELUTIL_date2str;
+        math = &KelMath_function;
+        names = &KELUTIL_Names;
+    }
     ~Library();
 };
 

@@ -6,6 +6,9 @@
 //   vlcore_host_window [--library NAME] [--settings FILE]
 //                      [--demo SCRIPT --transcript FILE [--screenshot FILE.bmp]]
 //
+// Without --library it loads VLCORE.dll, which Windows looks for in the
+// program's own directory first.
+//
 // With --demo the lines of SCRIPT are typed into the edit control as key
 // messages, one line after the other finishes; then the window's text is
 // written to the transcript, the window is captured as a bitmap file, and
@@ -51,6 +54,7 @@ void append(const std::string& text) {
 VL_LRESULT VLAPI host_proc(VL_HWND, VL_UINT message, VL_WPARAM, VL_LPARAM second) {
     switch (message) {
         case 1024: {  // SWM_EXECUTE
+            if (!second) return 0;
             std::vector<std::string> out;
             const int result = app.interpreter->run(reinterpret_cast<const char*>(second), out);
             for (const auto& line : out) append(line + "\r\n");
@@ -159,8 +163,12 @@ int main(int argc, char** argv) {
     const char* library = "VLCORE.dll";
     std::string settings;
     const char* demo = nullptr;
-    for (int i = 1; i + 1 < argc; i += 2) {
+    for (int i = 1; i < argc; i += 2) {
         const std::string option = argv[i];
+        if (i + 1 == argc) {
+            std::fprintf(stderr, "vlcore_host_window: %s wants a value\n", argv[i]);
+            return 2;
+        }
         if (option == "--library") library = argv[i + 1];
         else if (option == "--settings") settings = argv[i + 1];
         else if (option == "--demo") demo = argv[i + 1];

@@ -82,6 +82,11 @@ int cmd_console(int argc, char** argv) {
         std::fputs("vlcore: 'console' takes an optional SCRIPT file\n", stderr);
         return 2;
     }
+    // The window opens the script by a path of at most MAX_PATH - 1 characters.
+    if (argc == 3 && std::strlen(argv[2]) >= MAX_PATH) {
+        std::fprintf(stderr, "vlcore: SCRIPT is longer than %d characters\n", MAX_PATH - 1);
+        return 2;
+    }
     const auto accelerators = reinterpret_cast<HACCEL>(KelText(nullptr, 0, 0, 0));
     console = reinterpret_cast<HWND>(KelText(nullptr, SYSTEM_FIXED_FONT, reinterpret_cast<intptr_t>(&host), 1));
     if (!console) {

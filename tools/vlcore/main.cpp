@@ -17,9 +17,15 @@
 //   vlcore printers                   the printers the library sees, the default marked
 //   vlcore print FILE                 a text file printed through the printer device
 //   vlcore console [SCRIPT]           the script window (Windows build)
+//
+// Missing, extra, empty or unreadable arguments, numbers out of their
+// range and texts longer than the entries' room end with a message and
+// status 2 before any entry is called.
 
 #include <cctype>
+#include <charconv>
 #include <cinttypes>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -36,6 +42,16 @@ int cmd_console(int argc, char** argv);
 namespace {
 
 constexpr int kUsageError = 2;
+// The longest format text the format entries read.
+constexpr std::size_t kMaxFormat = VL_FORMAT_ROOM - 1;
+// Room of the save dialog's name, terminator included.
+constexpr std::size_t kSaveNameRoom = 266;
+// The longest section name that can match, and the longest member name.
+constexpr std::size_t kMaxSectionName = 119, kMaxMemberName = 16;
+// Deviates of one 'random' command.
+constexpr uint32_t kMaxRandomCount = 1000000;
+// Date and time formats: the entries read 16 bits.
+constexpr uint32_t kMaxDateFormat = 65535;
 
 int usage(const char* why = nullptr) {
     if (why) std::fprintf(stderr, "vlcore: %s\n", why);
@@ -125,11 +141,26 @@ int cmd_number(const char* text) {
     return 0;
 }
 
-// Reads a whole argument as a real number.
+// Reads a whole argument as a finite real number.
 bool read_real(const char* text, double& out) {
     std::vector<char> buf(text, text + std::strlen(text) + 1);
-    return KELUTIL_cvtstr2real(buf.data(), &out) == 1;
+    double v = 0.0;
+    if (KELUTIL_cvtstr2real(buf.data(), &v) != 1 || !std::isfinite(v)) return false;
+    out = v;
+    return true;
 }
+
+// Reads a whole argument of decimal digits as a number from 0 to `max`.
+bool read_count(std::string_view text, uint32_t max, uint32_t& out) {
+    const char* end = text.data() + text.size();
+    uint32_t v = 0;
+    const auto [stop, error] = std::from_chars(text.data(), end, v);
+    if (error != std::errc{} || stop != end || v > max) return false;
+    out = v;
+    return true;
+}
+
+std::string quoted(std::string_view what, const char* text) { return std::string(what) + " '" + text + "'"; }
 
 int cmd_eval(int argc, char** argv) {
     uint32_t unit = 0;
@@ -153,7 +184,7 @@ int cmd_eval(int argc, char** argv) {
         return usage((name + " takes " + std::to_string(count) + " argument" + (count == 1 ? "" : "s")).c_str());
     double args[3] = {};
     for (int k = 0; k < count; ++k)
-        if (!read_real(argv[i + k], args[k])) return usage(("bad number '" + std::string(argv[i + k]) + "'").c_str());
+        if (!read_real(argv[i + k], args[k])) return usage(quoted("bad number", argv[i + k]).c_str());
     double value = 0.0;
     const int32_t flag = KelMath_function(0, (static_cast<uint32_t>(row) << 16) | VL_MATH_EVAL, args, &value, unit);
     std::printf("%-8s %.17g\n%-8s %" PRId32 "%s\n", "value", value, "flag", flag, flag ? " (failed)" : "");
@@ -162,8 +193,11 @@ int cmd_eval(int argc, char** argv) {
 
 int cmd_random(int argc, char** argv) {
     if (argc < 4 || argc > 6) return usage("'random' takes SEED COUNT [uniform|normal|poisson MEAN]");
-    double seed = 0.0, count = 0.0, mean = 0.0;
-    if (!read_real(argv[2], seed) || !read_real(argv[3], count) || count < 0) return usage("bad SEED or COUNT");
+    double seed = 0.0, mean = 0.0;
+    uint32_t count = 0;
+    if (!read_real(argv[2], seed)) return usage(quoted("bad SEED", argv[2]).c_str());
+    if (!read_count(argv[3], kMaxRandomCount, count))
+        return usage(("COUNT runs from 0 to " + std::to_string(kMaxRandomCount)).c_str());
     const std::string_view kind = argc > 4 ? argv[4] : "uniform";
     uint32_t operation = VL_MATH_UNIFORM;
     if (kind == "normal") {
@@ -178,7 +212,7 @@ int cmd_random(int argc, char** argv) {
     // A seed leaves the spare normal deviate in place: start the stream clean.
     int32_t idum = 1;
     gasdevex_export(&idum, 1);
-    for (long k = 0; k < static_cast<long>(count); ++k) {
+    for (uint32_t k = 0; k < count; ++k) {
         double out = 0.0, in = mean;
         KelMath_function(0, operation, &in, &out, 0);
         std::printf("%.10f\n", out);
@@ -189,24 +223,22 @@ int cmd_random(int argc, char** argv) {
 // Prints each VALUE by `format`, one line each.  Values are read by the
 // library's own parser; "missing" stands for the missing value.
 int cmd_print(bool with_sprintf, const char* format, char** values, int count) {
-    int status = 0;
+    if (std::strlen(format) > kMaxFormat)
+        return usage(("FORMAT is longer than " + std::to_string(kMaxFormat) + " characters").c_str());
+    std::vector<double> numbers(static_cast<std::size_t>(count), VL_MISSING_VALUE);
+    for (int i = 0; i < count; ++i)
+        if (std::strcmp(values[i], "missing") != 0 && !read_real(values[i], numbers[i]))
+            return usage(quoted("bad number", values[i]).c_str());
     for (int i = 0; i < count; ++i) {
-        std::vector<char> text(values[i], values[i] + std::strlen(values[i]) + 1);
-        double v = VL_MISSING_VALUE;
-        if (std::strcmp(values[i], "missing") != 0 && !KELUTIL_cvtstr2real(text.data(), &v)) {
-            std::printf("%-16s bad number\n", values[i]);
-            status = 1;
-            continue;
-        }
-        char out[VL_REAL_STR_ROOM];
+        char out[VL_FORMAT_ROOM];
         if (with_sprintf) {
-            const int32_t result = KELUTIL_sprintf(out, format, v);
+            const int32_t result = KELUTIL_sprintf(out, format, numbers[i]);
             std::printf("%-16s <%s>  (%" PRId32 ")\n", values[i], out, result);
         } else {
-            std::printf("%-16s <%s>\n", values[i], KELUTIL_real2str(v, out, format));
+            std::printf("%-16s <%s>\n", values[i], KELUTIL_real2str(numbers[i], out, format));
         }
     }
-    return status;
+    return 0;
 }
 
 // ---- Text data ----------------------------------------------------------
@@ -229,6 +261,8 @@ std::string block_text(VL_HGLOBAL h) {
 int cmd_section(int argc, char** argv) {
     if (argc < 3 || argc > 5) return usage("'section' takes FILE [NAME [KEY]]");
     const char* name = argc > 3 ? argv[3] : nullptr;
+    if (name && std::strlen(name) > kMaxSectionName)
+        return usage(("NAME is longer than " + std::to_string(kMaxSectionName) + " characters").c_str());
     VL_HGLOBAL h = KELUTIL_GetFileSection(argv[2], name);
     if (!h) {
         std::fprintf(stderr, "vlcore: no %s%s in %s\n", name ? "section " : "text", name ? name : "", argv[2]);
@@ -242,8 +276,10 @@ int cmd_section(int argc, char** argv) {
     // The entry reader works on a text that holds the section's header.
     const std::string text = "[" + std::string(name) + "]\n" + body + "\n[]\n";
     std::vector<char> out(4096);
-    if (KELUTIL_GetMemSectionEntry(name, argv[4], "", out.data(), static_cast<uint32_t>(out.size()), text.c_str()))
+    if (KELUTIL_GetMemSectionEntry(name, argv[4], "", out.data(), static_cast<uint32_t>(out.size()), text.c_str())) {
+        std::fprintf(stderr, "vlcore: the value of %s is longer than %zu bytes\n", argv[4], out.size() - 1);
         return 1;
+    }
     std::printf("%s\n", out.data());
     return 0;
 }
@@ -252,6 +288,8 @@ uint32_t le32(const unsigned char* p) { return p[0] | p[1] << 8 | p[2] << 16 | s
 
 int cmd_package(int argc, char** argv) {
     if (argc < 3 || argc > 4) return usage("'package' takes FILE [NAME]");
+    if (argc == 4 && std::strlen(argv[3]) > kMaxMemberName)
+        return usage(("NAME is longer than " + std::to_string(kMaxMemberName) + " characters").c_str());
     if (argc == 4) {
         uint32_t size = 0;
         VL_HGLOBAL h = KELUTIL_GetFileFromPackage(argv[2], argv[3], &size);
@@ -301,13 +339,13 @@ VL_LRESULT VLAPI collect_name(VL_HWND, VL_UINT, VL_WPARAM, VL_LPARAM text) {
 
 int cmd_names(int argc, char** argv) {
     if (argc < 3 || argc > 4) return usage("'names' takes CLASS [NAME]");
-    int32_t cls = 0;
-    if (!KELUTIL_cvtstr2int(argv[2], &cls) || cls < 0 || cls > 102) return usage("CLASS runs from 0 to 102");
+    uint32_t cls = 0;
+    if (!read_count(argv[2], 102, cls)) return usage("CLASS runs from 0 to 102");
     KELUTIL_Names(0, 0, 1);
     if (argc == 4) {
-        const int32_t id = KELUTIL_Names(static_cast<uint32_t>(cls), reinterpret_cast<intptr_t>(argv[3]), 0);
+        const int32_t id = KELUTIL_Names(cls, reinterpret_cast<intptr_t>(argv[3]), 0);
         if (id == 32764) {
-            std::printf("%s: not a name of class %d\n", argv[3], cls);
+            std::printf("%s: not a name of class %" PRIu32 "\n", argv[3], cls);
             return 1;
         }
         std::printf("%s = %d (0x%X)\n", argv[3], id, static_cast<unsigned>(id));
@@ -315,12 +353,12 @@ int cmd_names(int argc, char** argv) {
     }
     std::vector<std::string> lines;
     g_names = &lines;
-    KELUTIL_Names(static_cast<uint32_t>(cls), reinterpret_cast<intptr_t>(&collect_name), 6);
+    KELUTIL_Names(cls, reinterpret_cast<intptr_t>(&collect_name), 6);
     g_names = nullptr;
-    if (lines.empty()) std::printf("class %d has no names\n", cls);
+    if (lines.empty()) std::printf("class %" PRIu32 " has no names\n", cls);
     for (const auto& line : lines) {
         const char* name = line.c_str() + 5;  // behind "type "
-        const int32_t id = KELUTIL_Names(static_cast<uint32_t>(cls), reinterpret_cast<intptr_t>(name), 0);
+        const int32_t id = KELUTIL_Names(cls, reinterpret_cast<intptr_t>(name), 0);
         std::printf("  %-20s 0x%04X\n", name, static_cast<unsigned>(id));
     }
     return 0;
@@ -331,21 +369,21 @@ int cmd_date_time(int argc, char** argv, bool date) {
     if (argc != 3 && argc != 4)
         return usage(date ? "'date' takes a VALUE and an optional FORMAT"
                           : "'time' takes a VALUE and an optional FORMAT");
-    std::vector<char> value_text(argv[2], argv[2] + std::strlen(argv[2]) + 1);
-    const double value = KELUTIL_str2real(value_text.data());
-    if (value == VL_MISSING_VALUE) return usage("VALUE is not a number");
-    int32_t first = 0, last = date ? 18 : 12;
+    double value = 0.0;
+    if (!read_real(argv[2], value)) return usage(quoted("VALUE is no number:", argv[2]).c_str());
+    uint32_t first = 0, last = date ? 18 : 12;
     if (argc == 4) {
-        if (!KELUTIL_cvtstr2int(argv[3], &first)) return usage("FORMAT is not a number");
+        if (!read_count(argv[3], kMaxDateFormat, first))
+            return usage(("FORMAT runs from 0 to " + std::to_string(kMaxDateFormat)).c_str());
         last = first;
     }
-    for (int32_t f = first; f <= last; ++f) {
+    for (uint32_t f = first; f <= last; ++f) {
         char out[128] = "";
         if (date)
-            KELUTIL_date2str(value, static_cast<uint32_t>(f), out);
+            KELUTIL_date2str(value, f, out);
         else
-            KELUTIL_time2str(value, static_cast<uint32_t>(f), out);
-        std::printf("%5" PRId32 "  %s\n", f, out);
+            KELUTIL_time2str(value, f, out);
+        std::printf("%5" PRIu32 "  %s\n", f, out);
     }
     return 0;
 }
@@ -353,16 +391,17 @@ int cmd_date_time(int argc, char** argv, bool date) {
 // A date read from text by a format, and the same date printed back.
 int cmd_parsedate(int argc, char** argv) {
     if (argc != 3 && argc != 4) return usage("'parsedate' takes a TEXT and an optional FORMAT");
-    int32_t format = 0;
-    if (argc == 4 && !KELUTIL_cvtstr2int(argv[3], &format)) return usage("FORMAT is not a number");
+    uint32_t format = 0;
+    if (argc == 4 && !read_count(argv[3], kMaxDateFormat, format))
+        return usage(("FORMAT runs from 0 to " + std::to_string(kMaxDateFormat)).c_str());
     std::vector<char> text(argv[2], argv[2] + std::strlen(argv[2]) + 1);
-    const double value = KELUTIL_str2date(text.data(), 0, static_cast<uint32_t>(format));
+    const double value = KELUTIL_str2date(text.data(), 0, format);
     if (value == VL_MISSING_VALUE) {
         std::printf("no date in \"%s\"\n", argv[2]);
         return 1;
     }
     char out[128] = "";
-    KELUTIL_date2str(value, static_cast<uint32_t>(format), out);
+    KELUTIL_date2str(value, format, out);
     std::printf("%.8f  %s\n", value, out);
     return 0;
 }
@@ -377,23 +416,26 @@ void default_file_types() {
 #endif
 
 int cmd_file_dialog(int argc, char** argv, bool save) {
+    if (save ? argc != 3 : argc > 3) return usage(save ? "'save' takes a NAME" : "'open' takes an optional FILTER");
+    if (save && std::strlen(argv[2]) >= kSaveNameRoom)
+        return usage(("NAME is longer than " + std::to_string(kSaveNameRoom - 1) + " characters").c_str());
 #ifndef _WIN32
-    (void)argc;
-    (void)argv;
     std::fprintf(stderr, "vlcore: '%s' shows a dialog: run the Windows build (vlcore.exe under Wine)\n",
                  save ? "save" : "open");
     return 1;
 #else
-    if (save ? argc != 3 : argc > 3) return usage(save ? "'save' takes a NAME" : "'open' takes an optional FILTER");
     default_file_types();
     std::vector<char> spec;
     if (!save && argc == 3) spec.assign(argv[2], argv[2] + std::strlen(argv[2]) + 1);
     std::vector<char> name(400, '\0');
-    if (save) std::strncpy(name.data(), argv[2], name.size() - 1);
+    if (save) std::memcpy(name.data(), argv[2], std::strlen(argv[2]));
     const int32_t result = save ? KELUTIL_FileSaveAs(nullptr, name.data(), nullptr, 0)
                                 : KELUTIL_FileDialog(nullptr, name.data(), spec.empty() ? nullptr : spec.data(), 0);
     const bool chosen = result == 0;
-    std::printf("%-10s %" PRId32 " (%s)\n", "result", result, chosen ? "chosen" : save ? "cancelled" : "cancelled or failed");
+    std::printf("%-10s %" PRId32 " (%s)\n", "result", result,
+                chosen ? "chosen"
+                : save ? "cancelled"
+                       : "cancelled or failed");
     if (!chosen) return 1;
     std::printf("%-10s %s\n", save ? "path" : "name", name.data());
     char dir[300] = "";
@@ -524,9 +566,13 @@ int cmd_print_file(const char* path) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) return usage();
+    if (argc < 2) return usage("no COMMAND");
+    // No command reads anything from an empty text: it is a slip.
+    for (int i = 1; i < argc; ++i)
+        if (argv[i][0] == '\0') return usage(("argument " + std::to_string(i) + " is empty").c_str());
     const std::string_view cmd = argv[1];
     if (cmd == "-h" || cmd == "--help" || cmd == "help") {
+        if (argc > 2) return usage(("'" + std::string(cmd) + "' takes no arguments").c_str());
         usage();
         return 0;
     }
